@@ -1,0 +1,62 @@
+# Shared compile settings and helpers for every target of the project.
+
+add_compile_options(-Wall -Wextra)
+# Qt's strings are UTF-16; keep literal Chinese text exact.
+add_compile_definitions(QT_NO_KEYWORDS)
+
+if(QV_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# qv_add_gtest(<name> SOURCES ... LIBS ... [GUI])
+# One test executable per unit. GUI tests get a QApplication on the offscreen
+# platform; the others a QCoreApplication.
+function(qv_add_gtest name)
+  cmake_parse_arguments(ARG "GUI" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  if(ARG_GUI)
+    target_link_libraries(${name} PRIVATE qv_test_main_gui)
+  else()
+    target_link_libraries(${name} PRIVATE qv_test_main_core)
+  endif()
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest GTest::gmock)
+  gtest_discover_tests(${name}
+    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QV_TEST_ARTIFACTS=${CMAKE_BINARY_DIR}/artifacts;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp"
+               TIMEOUT 300)
+endfunction()
+
+# qv_add_bench(<name> SOURCES ... LIBS ...)
+function(qv_add_bench name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} benchmark::benchmark)
+endfunction()
+
+# qv_add_fuzz(<name> SOURCES ... LIBS ... CORPUS <dir>)
+# The target defines LLVMFuzzerTestOneInput. With QV_BUILD_FUZZ (clang) it is a
+# libFuzzer binary run for a short while as a test; otherwise a replay program that
+# feeds every file of the seed corpus through the same entry, so plain builds still
+# check that the seeds never crash the reader.
+function(qv_add_fuzz name)
+  cmake_parse_arguments(ARG "" "CORPUS" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS})
+  if(QV_BUILD_FUZZ)
+    target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    if(QV_BUILD_TESTS)
+      set(work ${CMAKE_BINARY_DIR}/fuzz-corpus/${name})
+      file(MAKE_DIRECTORY ${work})
+      add_test(NAME ${name}.run
+               COMMAND ${name} -max_total_time=20 -rss_limit_mb=2048 -timeout=10 ${work} ${ARG_CORPUS})
+    endif()
+  else()
+    target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/fuzz/replay_main.cpp)
+    if(QV_BUILD_TESTS)
+      add_test(NAME ${name}.replay COMMAND ${name} ${ARG_CORPUS})
+    endif()
+  endif()
+endfunction()
