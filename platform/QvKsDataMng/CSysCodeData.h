@@ -17,7 +17,8 @@
 #include <memory>
 #include <vector>
 
-class CSysCodeData {
+class CSysCodeData
+{
 public:
     CSysCodeData();
     ~CSysCodeData();
@@ -75,7 +76,8 @@ public:
     // the way: when that parent does not exist, or a code of that full name already
     // exists, nothing changes and the result is false. `bNewIndex` numbers the added
     // nodes as AddDataToChild does; without it they keep their own indices.
-    bool AddNewSysCodeByFullName(int& counter, const CSysCodeData* node, const QString& fullName, bool bNewIndex);
+    bool AddNewSysCodeByFullName(
+        int& counter, const CSysCodeData* node, const QString& fullName, bool bNewIndex);
 
     // Finds in this tree the code with `node`'s full name and overwrites its
     // attributes with `node`'s (not its name, index or children). Whether it existed.

@@ -1,5 +1,6 @@
 // The Qt face of MessageBoxExW: a QMessageBox with the buttons, icon and default
 // button the Win32 style value asks for. Installed when this library is loaded.
+#include "WinMessage.h"
 #include "WinMessageBox.h"
 
 #include <QApplication>
@@ -34,23 +35,25 @@ int showBox(const MessageBoxRequest& request)
     QMessageBox box(iconFor(request.type), request.caption, request.text, QMessageBox::NoButton, owner);
     if (request.type & MB_TASKMODAL)
         box.setWindowModality(Qt::ApplicationModal);
-    struct Choice {
+    struct Choice
+    {
         QMessageBox::StandardButton button;
         int result;
     };
     std::vector<Choice> choices;
     switch (request.type & MB_TYPEMASK) {
     case MB_YESNO:
-        choices = {{QMessageBox::Yes, IDYES}, {QMessageBox::No, IDNO}};
+        choices = { { QMessageBox::Yes, IDYES }, { QMessageBox::No, IDNO } };
         break;
     case MB_YESNOCANCEL:
-        choices = {{QMessageBox::Yes, IDYES}, {QMessageBox::No, IDNO}, {QMessageBox::Cancel, IDCANCEL}};
+        choices
+            = { { QMessageBox::Yes, IDYES }, { QMessageBox::No, IDNO }, { QMessageBox::Cancel, IDCANCEL } };
         break;
     case MB_OKCANCEL:
-        choices = {{QMessageBox::Ok, IDOK}, {QMessageBox::Cancel, IDCANCEL}};
+        choices = { { QMessageBox::Ok, IDOK }, { QMessageBox::Cancel, IDCANCEL } };
         break;
     default:
-        choices = {{QMessageBox::Ok, IDOK}};
+        choices = { { QMessageBox::Ok, IDOK } };
         break;
     }
     for (const Choice& c : choices)
@@ -78,8 +81,19 @@ HWND activeWindow()
     return QApplication::activeWindow();
 }
 
+HWND topLevelByTitle(const QString& title)
+{
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w->isWindow() && w->windowTitle() == title)
+            return w;
+    }
+    return nullptr;
+}
+
 const bool registered = [] {
-    SetGuiMessageBox(&showBox, &activeWindow);
+    InstallQtMessageBox();
     return true;
 }();
 } // namespace
@@ -87,4 +101,5 @@ const bool registered = [] {
 void InstallQtMessageBox()
 {
     SetGuiMessageBox(&showBox, &activeWindow);
+    SetTopLevelWindowFinder(&topLevelByTitle);
 }

@@ -38,7 +38,7 @@ int DefaultMessageBoxAnswer(UINT type)
 
 int MessageBoxExW(HWND owner, const QString& text, const QString& caption, UINT type, WORD)
 {
-    const MessageBoxRequest request{owner, text, caption, type};
+    const MessageBoxRequest request { owner, text, caption, type };
     if (installedHandler())
         return installedHandler()(request);
     if (guiBox())

@@ -9,7 +9,8 @@
 
 #include <functional>
 
-struct MessageBoxRequest {
+struct MessageBoxRequest
+{
     HWND owner = nullptr;
     QString text;
     QString caption;
@@ -37,6 +38,7 @@ void SetGuiMessageBox(MessageBoxHandler box, std::function<HWND()> activeWindow)
 // The answer a box gives when nobody can press a button: the default button.
 int DefaultMessageBoxAnswer(UINT type);
 
-// Installs the Qt message box (defined by QvWin32Ui); a widget program calls it once
+// Installs the Qt message box and the top-level window finder (defined by
+// QvWin32Ui); a widget program calls it once
 // at start-up so it never depends on static initialisation order.
 void InstallQtMessageBox();

@@ -7,7 +7,8 @@
 
 #include <QList>
 
-class MessageBoxRecorder {
+class MessageBoxRecorder
+{
 public:
     MessageBoxRecorder();
     ~MessageBoxRecorder();

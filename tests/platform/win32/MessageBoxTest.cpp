@@ -22,7 +22,7 @@ TEST(MessageBox, RecorderSeesTextStyleAndAnswers)
     ASSERT_EQ(recorder.boxes().size(), 2);
     EXPECT_EQ(recorder.boxes()[0].type, 0x12034u);
     EXPECT_EQ(recorder.boxes()[1].caption, QStringLiteral("Quorvatek"));
-    EXPECT_EQ(recorder.texts(), QStringList({QStringLiteral("保存?"), QStringLiteral("好!")}));
+    EXPECT_EQ(recorder.texts(), QStringList({ QStringLiteral("保存?"), QStringLiteral("好!") }));
 }
 
 TEST(MessageBox, NestedRecordersRestoreTheOuterOne)
@@ -34,7 +34,7 @@ TEST(MessageBox, NestedRecordersRestoreTheOuterOne)
         EXPECT_EQ(inner.boxes().size(), 1);
     }
     MessageBoxExW(nullptr, QStringLiteral("outer"), QString(), MB_OK);
-    EXPECT_EQ(outer.texts(), QStringList({QStringLiteral("outer")}));
+    EXPECT_EQ(outer.texts(), QStringList({ QStringLiteral("outer") }));
 }
 
 } // namespace
