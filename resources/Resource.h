@@ -1,0 +1,45 @@
+#pragma once
+
+// Control, command and resource ids of the module's dialogs and menus. Code and
+// tests find controls by these numbers.
+
+// System-code management dialog.
+constexpr int IDD_SYSCODE_DLG = 200;
+constexpr int IDI_SYSCODE_ICON = 201;
+constexpr int IDC_BTN_OK = 1;
+constexpr int IDC_BTN_CANCEL = 2;
+constexpr int IDC_LIST_SPEC = 200;
+constexpr int IDC_TREE_SYSCODE = 201;
+constexpr int IDC_BTN_BATCH_MODIFY = 202;
+constexpr int IDC_BTN_DELETE_PIPEINFO = 203;
+constexpr int IDC_BTN_IMPORT = 204;
+constexpr int IDC_BTN_EXPORT = 205;
+constexpr int IDC_CHECK_DISP_ADDEDMSG = 206;
+constexpr int IDC_BTN_EXPAND_LEVEL = 207;
+constexpr int IDC_BTN_COLLAPSE_LEVEL = 208;
+constexpr int IDC_STATIC_SPEC = 209;
+constexpr int IDC_STATIC_SYSCODE = 210;
+constexpr int IDC_BTN_CLOUD_IMPORT = 211;
+constexpr int IDC_STATIC_LINETYPE_SCALE = 3000;
+constexpr int IDC_EDIT_LINETYPE_SCALE = 3001;
+
+// In-place editors and in-cell controls of the grid.
+constexpr int IDC_EDIT_NAME = 10000;
+constexpr int IDC_EDIT_REMARK = 10001;
+constexpr int IDC_EDIT_NAME_INNER = 10002;
+constexpr int IDC_EDIT_REMARK_INNER = 10003;
+constexpr int IDC_COMBO_LIST = 10004;
+constexpr int IDC_COMBO_LINEWIDTH = 1005;
+constexpr int IDC_BTN_COLOR_CELL = 10008;
+constexpr int IDC_BTN_PIPEINFO_CELL = 10009;
+
+// Context-menu commands of the grid.
+constexpr int ID_MENU_ADD_SIBLING = 1000;
+constexpr int ID_MENU_ADD_CHILD = 1001;
+constexpr int ID_MENU_DELETE = 1002;
+constexpr int ID_MENU_INSERT = 1003;
+constexpr int ID_MENU_COPY = 1004;
+constexpr int ID_MENU_PASTE = 1005;
+
+// Message the display-control window reloads its codes on.
+constexpr unsigned WM_SYSCODE_RELOAD = 7034;
