@@ -45,7 +45,8 @@ template <typename Text> std::vector<Line> SplitLines(const Text& text)
         line.start = start;
         line.end = lf < 0 ? text.size() : lf + 1;
         line.contentEnd = lf < 0 ? text.size() : lf;
-        if (line.contentEnd > start && text.at(line.contentEnd - 1) == '\r')
+        // A CR counts only as part of CR LF; a lone one is text of the line.
+        if (lf > start && text.at(lf - 1) == '\r')
             --line.contentEnd;
         lines.push_back(line);
         start = line.end;
