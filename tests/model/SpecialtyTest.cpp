@@ -4,37 +4,19 @@
 
 namespace {
 
-TEST(Specialty, OnlyElectricalAndLowVoltageAreElectrical)
-{
-    EXPECT_TRUE(IsElectricalSpec(QStringLiteral("电气")));
-    EXPECT_TRUE(IsElectricalSpec(QStringLiteral("弱电")));
-    for (const char16_t* spec : { u"给排水", u"暖通", u"消防", u" 电气", u"电气 ", u"" })
-        EXPECT_FALSE(IsElectricalSpec(QString::fromUtf16(spec)));
-}
+using namespace Qt::StringLiterals;
 
-TEST(Specialty, DefaultNamesComeInCatalogueOrder)
+TEST(Specialty, NamesMatchExactlyWithoutTrimming)
 {
-    QStringList names = { QStringLiteral("old") };
-    EXPECT_TRUE(GetDefaultSysNames(QStringLiteral("给排水"), names));
-    ASSERT_EQ(names.size(), 7);
-    EXPECT_EQ(names.first(), QStringLiteral("生活给水"));
-    EXPECT_EQ(names.last(), QStringLiteral("空调水"));
-    EXPECT_TRUE(GetDefaultSysNames(QStringLiteral("消防"), names));
-    EXPECT_EQ(names,
-        QStringList({ QStringLiteral("喷淋水"), QStringLiteral("消防水"), QStringLiteral("气体灭火系统"),
-            QStringLiteral("泡沫灭火系统") }));
-    EXPECT_TRUE(GetDefaultSysNames(QStringLiteral("电气"), names));
-    EXPECT_EQ(names.size(), 5);
-    EXPECT_TRUE(GetDefaultSysNames(QStringLiteral("暖通"), names));
-    EXPECT_EQ(names.size(), 4);
-}
-
-TEST(Specialty, UnknownOrUntrimmedSpecialtyHasNoDefaults)
-{
-    for (const char16_t* spec : { u"弱电", u" 给排水", u"暖通 ", u"" }) {
-        QStringList names = { QStringLiteral("old") };
-        EXPECT_TRUE(GetDefaultSysNames(QString::fromUtf16(spec), names));
-        EXPECT_TRUE(names.isEmpty());
+    EXPECT_TRUE(IsElectricalSpec(u"电气"_s) && IsElectricalSpec(u"弱电"_s));
+    for (const QString& spec : { u"给排水"_s, u"暖通"_s, u"消防"_s, u" 电气"_s, u""_s })
+        EXPECT_FALSE(IsElectricalSpec(spec));
+    QStringList names = { u"old"_s };
+    EXPECT_TRUE(GetDefaultSysNames(u"消防"_s, names));
+    EXPECT_EQ(names, QStringList({ u"喷淋水"_s, u"消防水"_s, u"气体灭火系统"_s, u"泡沫灭火系统"_s }));
+    for (const QString& spec : { u"弱电"_s, u" 给排水"_s, u"暖通 "_s }) {
+        EXPECT_TRUE(GetDefaultSysNames(spec, names));
+        EXPECT_TRUE(names.isEmpty()) << spec.toStdString();
     }
 }
 

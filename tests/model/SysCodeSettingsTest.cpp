@@ -7,39 +7,18 @@
 
 namespace {
 
-QByteArray ReadSettings(const QString& folder)
-{
-    QFile file(QDir(folder).filePath(QStringLiteral("SysCodeMng.ini")));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-TEST(DispAddedMsgSetting, AnyNonZeroValueIsStoredAsOne)
-{
-    QTemporaryDir profile;
-    ASSERT_TRUE(SaveDispAddedMsgSetting(profile.path(), 7));
-    EXPECT_EQ(ReadSettings(profile.path()), QByteArray("[SysCodeConfig]\r\nDispAddedMsg=1\r\n"));
-    ASSERT_TRUE(SaveDispAddedMsgSetting(profile.path(), 0));
-    EXPECT_EQ(ReadSettings(profile.path()), QByteArray("[SysCodeConfig]\r\nDispAddedMsg=0\r\n"));
-    ASSERT_TRUE(SaveDispAddedMsgSetting(profile.path(), -1));
-    EXPECT_EQ(ReadSettings(profile.path()), QByteArray("[SysCodeConfig]\r\nDispAddedMsg=1\r\n"));
-}
-
-TEST(DispAddedMsgSetting, KeepsWhatOtherModulesStoredInTheFile)
+TEST(DispAddedMsgSetting, StoresOneForAnyNonZeroValueInTheProfileFolder)
 {
     QTemporaryDir profile;
     QFile file(QDir(profile.path()).filePath(QStringLiteral("SysCodeMng.ini")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("[Other]\nScale=100\n[SysCodeConfig]\nDispAddedMsg=0\nLast=2\n");
-    file.close();
-    ASSERT_TRUE(SaveDispAddedMsgSetting(profile.path(), 1));
-    EXPECT_EQ(ReadSettings(profile.path()),
-        QByteArray("[Other]\nScale=100\n[SysCodeConfig]\nDispAddedMsg=1\nLast=2\n"));
-}
-
-TEST(DispAddedMsgSetting, FailsQuietlyWithoutAUsableFolder)
-{
-    QTemporaryDir profile;
-    EXPECT_FALSE(SaveDispAddedMsgSetting(QString(), 1));
+    for (const auto& [value, stored] :
+        { std::pair { 7, "1" }, std::pair { 0, "0" }, std::pair { -1, "1" } }) {
+        ASSERT_TRUE(SaveDispAddedMsgSetting(profile.path(), value));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll(), "[SysCodeConfig]\r\nDispAddedMsg=" + QByteArray(stored) + "\r\n");
+        file.close();
+    }
+    EXPECT_FALSE(SaveDispAddedMsgSetting(QString(), 1)); // never the working folder
     EXPECT_FALSE(SaveDispAddedMsgSetting(QDir(profile.path()).filePath(QStringLiteral("gone")), 1));
 }
 

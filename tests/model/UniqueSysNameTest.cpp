@@ -4,44 +4,37 @@
 
 namespace {
 
-struct UniqueCase
-{
-    const char16_t* proposal;
-    QStringList present;
-    const char16_t* result; // null: no unique name can be made
-};
+using namespace Qt::StringLiterals;
 
-class UniqueName : public ::testing::TestWithParam<UniqueCase>
-{ };
-
-TEST_P(UniqueName, StepsTheLastLetter)
+TEST(UniqueName, StepsTheLastLetterPastEveryPresentName)
 {
-    QString out = QStringLiteral("untouched");
-    const bool made = MakeUniqueSysName(QString::fromUtf16(GetParam().proposal), GetParam().present, out);
-    if (GetParam().result) {
-        EXPECT_TRUE(made);
-        EXPECT_EQ(out, QString::fromUtf16(GetParam().result));
-    } else {
-        EXPECT_FALSE(made);
-        EXPECT_EQ(out, QStringLiteral("untouched"));
+    QStringList capitals;
+    for (char16_t c = u'A'; c <= u'Z'; ++c)
+        capitals << QString(QChar(c));
+    const std::tuple<QString, QStringList, QString> cases[] = {
+        { u"A"_s, {}, u"A"_s },
+        { u"A"_s, { u"A"_s }, u"B"_s },
+        { u"a"_s, { u"A"_s, u"B"_s }, u"c"_s },
+        { u"Az"_s, { u"Az"_s }, u"Aza"_s },
+        { u"Z"_s, { u"z"_s }, u"ZA"_s },
+        { u"Zz"_s, { u"ZZ"_s, u"zza"_s }, u"Zzb"_s },
+        { u"A"_s, capitals, u"ZA"_s },
+        { u"给水A"_s, { u"给水a"_s, u"给水B"_s }, u"给水C"_s },
+    };
+    for (const auto& [proposal, present, expected] : cases) {
+        QString out;
+        EXPECT_TRUE(MakeUniqueSysName(proposal, present, out));
+        EXPECT_EQ(out, expected) << proposal.toStdString();
     }
 }
 
-QStringList AllCapitals()
+TEST(UniqueName, GivesUpUnlessTheNameEndsInAnAsciiLetter)
 {
-    QStringList names;
-    for (char16_t c = u'A'; c <= u'Z'; ++c)
-        names << QString(QChar(c));
-    return names;
+    for (const QString& proposal : { u"A1"_s, u""_s, u"给水"_s, u"é"_s }) {
+        QString out = u"untouched"_s;
+        EXPECT_FALSE(MakeUniqueSysName(proposal, { proposal }, out));
+        EXPECT_EQ(out, u"untouched"_s);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Proposals, UniqueName,
-    ::testing::Values(UniqueCase { u"A", {}, u"A" }, UniqueCase { u"A", { "A" }, u"B" },
-        UniqueCase { u"a", { "A", "B" }, u"c" }, UniqueCase { u"Az", { "Az" }, u"Aza" },
-        UniqueCase { u"Z", { "z" }, u"ZA" }, UniqueCase { u"Zz", { "ZZ", "zza" }, u"Zzb" },
-        UniqueCase { u"A", AllCapitals(), u"ZA" },
-        UniqueCase { u"给水A", { QStringLiteral("给水a"), QStringLiteral("给水B") }, u"给水C" },
-        UniqueCase { u"A1", { "A1" }, nullptr }, UniqueCase { u"", {}, nullptr },
-        UniqueCase { u"给水", {}, nullptr }, UniqueCase { u"é", {}, nullptr }));
 
 } // namespace
