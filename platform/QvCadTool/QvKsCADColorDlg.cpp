@@ -8,10 +8,10 @@
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpressionValidator>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -106,7 +106,10 @@ QWidget* QvKsCADColorDlg::BuildIndexPage()
     info->addWidget(new QLabel(QStringLiteral("颜色："), page));
     m_indexEdit = new QLineEdit(page);
     m_indexEdit->setObjectName(QStringLiteral("indexEdit"));
-    m_indexEdit->setValidator(new QIntValidator(1, 255, m_indexEdit));
+    // 1..255 only: a digit that would pass 255 is refused as it is typed.
+    static const QRegularExpression kIndex(
+        QStringLiteral("(?:[1-9]|[1-9][0-9]|1[0-9][0-9]|2[0-4][0-9]|25[0-5])?"));
+    m_indexEdit->setValidator(new QRegularExpressionValidator(kIndex, m_indexEdit));
     m_indexEdit->setMaximumWidth(60);
     connect(m_indexEdit, &QLineEdit::textEdited, this, &QvKsCADColorDlg::OnIndexEdited);
     info->addWidget(m_indexEdit);
@@ -118,6 +121,7 @@ QWidget* QvKsCADColorDlg::BuildIndexPage()
     info->addWidget(m_rgbLabel);
     info->addStretch();
     layout->addLayout(info);
+    layout->addStretch();
     return page;
 }
 
