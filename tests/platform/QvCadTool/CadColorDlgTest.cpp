@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
 
 namespace {
 
@@ -69,6 +70,11 @@ struct AciCase
     COLORREF color;
 };
 
+void PrintTo(const AciCase& c, std::ostream* os)
+{
+    *os << c.index;
+}
+
 class AciTable : public ::testing::TestWithParam<AciCase>
 { };
 
@@ -90,7 +96,11 @@ INSTANTIATE_TEST_SUITE_P(NamedHuesAndGreys, AciTable,
         AciCase { 241, Rgb(255, 127, 159) }, AciCase { 250, Rgb(51, 51, 51) },
         AciCase { 251, Rgb(91, 91, 91) }, AciCase { 252, Rgb(132, 132, 132) },
         AciCase { 253, Rgb(173, 173, 173) }, AciCase { 254, Rgb(214, 214, 214) },
-        AciCase { 255, Rgb(255, 255, 255) }, AciCase { 0, 0 }, AciCase { 256, 0 }, AciCase { -1, 0 }));
+        AciCase { 255, Rgb(255, 255, 255) }, AciCase { 0, 0 }, AciCase { 256, 0 }, AciCase { -1, 0 }),
+    [](const auto& info) {
+        const int index = info.param.index;
+        return index < 0 ? std::string("minus1") : "index" + std::to_string(index);
+    });
 
 TEST(AciPalette, IndexOfFindsTheLowestIndexAndIgnoresTheHighByte)
 {
