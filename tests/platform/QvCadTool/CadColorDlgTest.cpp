@@ -151,10 +151,6 @@ TEST(CadColorDlg, CancelReturnsFalseAndKeepsTheOutValue)
     });
     EXPECT_FALSE(QvKsCADColorTool::InvokeCADColorDlg(Rgb(255, 0, 0), chosen));
     EXPECT_EQ(chosen, 0x00ABCDEFu);
-
-    WhenModal([](QDialog* dlg) { QTest::keyClick(dlg, Qt::Key_Escape); });
-    EXPECT_FALSE(QvKsCADColorTool::InvokeCADColorDlg(Rgb(255, 0, 0), chosen));
-    EXPECT_EQ(chosen, 0x00ABCDEFu);
 }
 
 TEST(CadColorDlg, DoubleClickChoosesAndCloses)
@@ -167,24 +163,6 @@ TEST(CadColorDlg, DoubleClickChoosesAndCloses)
     });
     EXPECT_TRUE(QvKsCADColorTool::InvokeCADColorDlg(Rgb(255, 0, 0), chosen));
     EXPECT_EQ(chosen, QvKsAciPalette::ColorOf(52));
-}
-
-TEST(CadColorDlg, TypedIndexIsChosen)
-{
-    QvKsCADColorDlg dlg(Rgb(255, 0, 0));
-    dlg.show();
-    auto* edit = Find<QLineEdit>(&dlg, QStringLiteral("indexEdit"));
-    edit->setFocus();
-    edit->selectAll();
-    QTest::keyClicks(edit, QStringLiteral("161"));
-    EXPECT_EQ(dlg.ChosenIndex(), 161);
-    EXPECT_EQ(dlg.ChosenColor(), QvKsAciPalette::ColorOf(161));
-    EXPECT_TRUE(Find<QvKsColorSwatch>(&dlg, QStringLiteral("aci_161"))->isChecked());
-    // 256 is not an index: the edit refuses the last digit.
-    edit->selectAll();
-    QTest::keyClicks(edit, QStringLiteral("256"));
-    EXPECT_EQ(edit->text(), QStringLiteral("25"));
-    EXPECT_EQ(dlg.ChosenIndex(), 25);
 }
 
 TEST(CadColorDlg, OpensOnTheCurrentColour)

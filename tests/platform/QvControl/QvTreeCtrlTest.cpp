@@ -62,14 +62,6 @@ TEST(QvTreeCtrl, ImpByPathsSortsWhenAsked)
     EXPECT_EQ(Outline(tree), QStringLiteral("a\nb\n  1\n  2\n"));
 }
 
-TEST(QvTreeCtrl, NamesDifferingInCaseAreDistinct)
-{
-    CQvTreeCtrl tree;
-    tree.ImpByPaths({ QStringLiteral("A\\bv"), QStringLiteral("A\\BV") });
-    EXPECT_EQ(Outline(tree), QStringLiteral("A\n  bv\n  BV\n"));
-    EXPECT_NE(tree.GetItemByDir(QStringLiteral("A\\bv")), tree.GetItemByDir(QStringLiteral("A\\BV")));
-}
-
 TEST(QvTreeCtrl, GetItemDirAndGetItemByDirAreInverse)
 {
     CQvTreeCtrl tree;

@@ -108,22 +108,12 @@ TEST_P(SysCodeBarRoundTrip, SetTreeItemMakesTheCodeCurrentAndSelected)
 }
 
 INSTANTIATE_TEST_SUITE_P(Codes, SysCodeBarRoundTrip,
-    ::testing::Values(RoundTrip { u"给水", u"给水" }, RoundTrip { u"给水&生活给水", u"给水&生活给水" },
+    ::testing::Values(RoundTrip { u"给水", u"给水" },
         RoundTrip { u"给水&消防给水&室内消火栓", u"给水&消防给水&室内消火栓" },
         RoundTrip { u"给水\\消防给水", u"给水&消防给水" }, RoundTrip { u"abc", u"Abc" },
         RoundTrip { u"给水&不存在", u"" }, RoundTrip { u"生活给水", u"" }, RoundTrip { u"", u"" },
         RoundTrip { u"&&", u"" }),
     [](const auto& info) { return "case" + std::to_string(info.index); });
-
-TEST_F(SysCodeBar, ShowsTheSpecialtyAndEveryCode)
-{
-    EXPECT_EQ(m_bar->findChild<QLabel*>(QStringLiteral("specLabel"))->text(), QStringLiteral("专业：给排水"));
-    int items = 0;
-    for (QTreeWidgetItemIterator it(Tree()); *it; ++it)
-        ++items;
-    EXPECT_EQ(items, 7);
-    EXPECT_NE(m_bar->ItemOf(QStringLiteral("给水&消防给水&室内消火栓")), nullptr);
-}
 
 TEST_F(SysCodeBar, ClickingACodeMakesItCurrent)
 {
@@ -195,6 +185,7 @@ TEST_F(SysCodeBar, StateWorksWithoutABar)
 TEST_F(SysCodeBar, Screenshot)
 {
     ASSERT_FALSE(QFontDatabase::families(QFontDatabase::SimplifiedChinese).isEmpty());
+    EXPECT_EQ(m_bar->findChild<QLabel*>(QStringLiteral("specLabel"))->text(), QStringLiteral("专业：给排水"));
     IFaceBarCtrl::SetTreeItem(QStringLiteral("给水&消防给水&室内消火栓"));
     const QString dir = qEnvironmentVariable("QV_TEST_ARTIFACTS", QDir::tempPath());
     QDir().mkpath(dir);
