@@ -24,8 +24,16 @@ function(qv_add_gtest name)
   gtest_discover_tests(${name}
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60
-    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QV_TEST_ARTIFACTS=${CMAKE_BINARY_DIR}/artifacts;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp"
-               TIMEOUT 300)
+    PROPERTIES TIMEOUT 300)
+  # The discovery script splits a list-valued property into separate arguments, so
+  # only the first variable would arrive: set the environment from a file read
+  # after the discovered tests instead.
+  set(env_file ${CMAKE_CURRENT_BINARY_DIR}/${name}_env.cmake)
+  file(WRITE ${env_file}
+    "foreach(t IN LISTS ${name}_TESTS)\n"
+    "  set_tests_properties(\"\${t}\" PROPERTIES ENVIRONMENT \"QT_QPA_PLATFORM=offscreen;QV_TEST_ARTIFACTS=${CMAKE_BINARY_DIR}/artifacts;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp\")\n"
+    "endforeach()\n")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${env_file})
 endfunction()
 
 # qv_add_bench(<name> SOURCES ... LIBS ...)
