@@ -68,3 +68,13 @@ function(qv_add_fuzz name)
     endif()
   endif()
 endfunction()
+
+# Adds every sub-folder of the current folder that has a CMakeLists.txt.
+function(qv_add_subdirectories)
+  file(GLOB dirs LIST_DIRECTORIES true ${CMAKE_CURRENT_SOURCE_DIR}/*)
+  foreach(dir ${dirs})
+    if(IS_DIRECTORY ${dir} AND EXISTS ${dir}/CMakeLists.txt)
+      add_subdirectory(${dir})
+    endif()
+  endforeach()
+endfunction()
