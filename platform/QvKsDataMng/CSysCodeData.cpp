@@ -5,7 +5,8 @@
 
 #include <algorithm>
 
-struct CSysCodeData::Index {
+struct CSysCodeData::Index
+{
     QHash<QString, CSysCodeData*> byFullName;
     int maxIndex = 0;
 };
@@ -152,8 +153,8 @@ void CSysCodeData::Renumber(int& counter)
         child->Renumber(counter);
 }
 
-bool CSysCodeData::AddNewSysCodeByFullName(int& counter, const CSysCodeData* node, const QString& fullName,
-                                           bool bNewIndex)
+bool CSysCodeData::AddNewSysCodeByFullName(
+    int& counter, const CSysCodeData* node, const QString& fullName, bool bNewIndex)
 {
     if (!node || fullName.isEmpty())
         return false;

@@ -17,7 +17,8 @@
 #include <memory>
 #include <vector>
 
-class CSysCodeData {
+class CSysCodeData
+{
 public:
     CSysCodeData();
     ~CSysCodeData();
@@ -75,7 +76,8 @@ public:
     // the way: when that parent does not exist, or a code of that full name already
     // exists, nothing changes and the result is false. `bNewIndex` numbers the added
     // nodes as AddDataToChild does; without it they keep their own indices.
-    bool AddNewSysCodeByFullName(int& counter, const CSysCodeData* node, const QString& fullName, bool bNewIndex);
+    bool AddNewSysCodeByFullName(
+        int& counter, const CSysCodeData* node, const QString& fullName, bool bNewIndex);
 
     // Finds in this tree the code with `node`'s full name and overwrites its
     // attributes with `node`'s (not its name, index or children). Whether it existed.
@@ -89,6 +91,15 @@ public:
 
     // The highest node index in this tree (0 for an empty tree).
     int GetMaxNodeIndex() const;
+
+    // Writes this tree to a ".scn" file (current layout, stamped with the running
+    // version; `spec` is recorded when not empty). Written beside and renamed over
+    // the target, so a failure leaves any old file as it was.
+    bool ExportData(const QString& filePath, const QString& spec) const;
+    // Replaces this node's children with the codes of a ".scn" file of the current
+    // layout. The whole file is read into a separate tree first: a broken, hostile
+    // or empty file returns false and leaves this tree untouched.
+    bool ImportData(const QString& filePath);
 
 private:
     struct Index;
