@@ -49,6 +49,8 @@ QString CProj::GetCurFloorName() const
 
 bool CProj::SetCurFloorName(const QString& floor)
 {
+    if (!ProjectStore::Require())
+        return false;
     if (!exists("SELECT 1 FROM floor WHERE name = ?", floor)) {
         ProjectStore::Fail(QStringLiteral("the project has no floor \"%1\"").arg(floor));
         return false;
@@ -78,6 +80,8 @@ QString CProj::GetCurrentSpec() const
 
 bool CProj::SetCurrentSpec(const QString& spec)
 {
+    if (!ProjectStore::Require())
+        return false;
     if (!exists("SELECT 1 FROM spec WHERE name = ?", spec)) {
         ProjectStore::Fail(QStringLiteral("the project has no specialty \"%1\"").arg(spec));
         return false;
