@@ -5,10 +5,17 @@
 #include "QvKsDataMng.h"
 
 #include <QFile>
+#include <QLocale>
 #include <QStringList>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+// Readable QString values in test failures.
+inline void PrintTo(const QString& text, std::ostream* os)
+{
+    *os << '"' << text.toStdString() << '"';
+}
 
 inline const char* const kFiveSpecs = "INSERT INTO spec(spec_id, name, ord) VALUES "
                                       "(1, '给排水', 1), (3, '电气', 2), (2, '暖通', 3), (4, '消防', 4), (6, '弱电', 5);";
@@ -83,7 +90,7 @@ inline QStringList dumpTree(const CSysCodeData& node)
                      .arg(c->GetFullName())
                      .arg(c->GetNodeIndex())
                      .arg(c->GetMfcColor())
-                     .arg(c->GetLineWidth(), 0, 'g', 17)
+                     .arg(c->GetLineWidth(), 0, 'g', QLocale::FloatingPointShortest)
                      .arg(c->GetAlpha())
                      .arg(c->GetLineStyle(), c->GetLineString(), c->GetHorLayingMode(), c->GetVerLayingMode(),
                           c->GetAddedMsg(), c->GetDescribe());
