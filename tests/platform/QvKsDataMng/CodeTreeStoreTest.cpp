@@ -97,7 +97,8 @@ TEST(CodeTreeStore, DuplicateIndicesInTheTreeGetFreshOnes)
     addCode(root, QStringLiteral("A"), 5);
     addCode(root, QStringLiteral("B"), 5); // a pasted copy that kept the original's index
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
-    EXPECT_EQ(stored(), (QStringList{QStringLiteral("A|5|0|0|0||||||"), QStringLiteral("B|6|0|0|0||||||")}));
+    EXPECT_EQ(
+        stored(), (QStringList { QStringLiteral("A|5|0|0|0||||||"), QStringLiteral("B|6|0|0|0||||||") }));
 }
 
 TEST(CodeTreeStore, FailureHalfwayThroughASaveLeavesThePreviousTreeWhole)
@@ -108,9 +109,10 @@ TEST(CodeTreeStore, FailureHalfwayThroughASaveLeavesThePreviousTreeWhole)
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
     const QStringList before = stored();
     // Another program's trigger makes the insert of one code in the middle fail.
-    ASSERT_EQ(rawExec(project.StoreFile(), "CREATE TRIGGER boom BEFORE INSERT ON sys_code WHEN NEW.name = 'BOOM' "
-                                           "BEGIN SELECT RAISE(ABORT, 'injected failure'); END;"),
-              SQLITE_OK);
+    ASSERT_EQ(rawExec(project.StoreFile(),
+                  "CREATE TRIGGER boom BEFORE INSERT ON sys_code WHEN NEW.name = 'BOOM' "
+                  "BEGIN SELECT RAISE(ABORT, 'injected failure'); END;"),
+        SQLITE_OK);
     CSysCodeData next;
     ASSERT_TRUE(CISysCode::GetSpecCodeInfos(next, kElec));
     addCode(*next.GetChild(0), QStringLiteral("新增一"));
@@ -136,14 +138,15 @@ TEST(CodeTreeStore, TreesTheStoreCannotHoldAreRefusedWhole)
     buildSample(root);
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
     const QStringList before = stored();
-    struct Case {
+    struct Case
+    {
         const char* what;
         QString name;
     } cases[] = {
-        {"sibling duplicate", QStringLiteral("WL2")},
-        {"empty name", QString()},
-        {"backslash", QStringLiteral("a\\b")},
-        {"51 units", QString(51, QLatin1Char('n'))},
+        { "sibling duplicate", QStringLiteral("WL2") },
+        { "empty name", QString() },
+        { "backslash", QStringLiteral("a\\b") },
+        { "51 units", QString(51, QLatin1Char('n')) },
     };
     for (const Case& c : cases) {
         CSysCodeData bad;
@@ -163,9 +166,10 @@ TEST(CodeTreeStore, DamagedStoredTreeIsReportedNotHalfLoaded)
     CSysCodeData root;
     buildSample(root);
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
-    ASSERT_EQ(rawExec(project.StoreFile(), "INSERT INTO sys_code VALUES(3, 40, 99, 0, 'orphan', 0, 0, 0, '', '', '', "
-                                           "'', '', '')"),
-              SQLITE_OK);
+    ASSERT_EQ(rawExec(project.StoreFile(),
+                  "INSERT INTO sys_code VALUES(3, 40, 99, 0, 'orphan', 0, 0, 0, '', '', '', "
+                  "'', '', '')"),
+        SQLITE_OK);
     CSysCodeData back;
     EXPECT_FALSE(CISysCode::GetSpecCodeInfos(back, kElec));
     EXPECT_EQ(back.GetChildCount(), 0);
@@ -180,17 +184,23 @@ TEST(CodeTreeStore, FullNamesAndIndexPathsFollowTheStoredTree)
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
     QStringList names;
     ASSERT_TRUE(CISysCode::GetFullNameAryBySpec(names, kElec));
-    EXPECT_EQ(names, (QStringList{QStringLiteral("公共照明"), QStringLiteral("公共照明\\WL1"),
-                                  QStringLiteral("公共照明\\WL1\\WL1-1"), QStringLiteral("公共照明\\WL2"),
-                                  QStringLiteral("机房动力"), QStringLiteral("机房动力\\AP-B1")}));
-    const struct {
+    EXPECT_EQ(names,
+        (QStringList { QStringLiteral("公共照明"), QStringLiteral("公共照明\\WL1"),
+            QStringLiteral("公共照明\\WL1\\WL1-1"), QStringLiteral("公共照明\\WL2"),
+            QStringLiteral("机房动力"), QStringLiteral("机房动力\\AP-B1") }));
+    const struct
+    {
         const char16_t* path;
         const char* index;
     } paths[] = {
-        {u"电气\\公共照明", "3\\1"},      {u"电气\\公共照明\\WL1\\WL1-1", "3\\1\\2\\3"},
-        {u"电气\\机房动力\\AP-B1", "3\\5\\6"}, {u"电气", ""},
-        {u"电气\\WL1", ""},              {u"电气\\公共照明\\\\WL1", ""},
-        {u"弱电\\公共照明", ""},          {u"", ""},
+        { u"电气\\公共照明", "3\\1" },
+        { u"电气\\公共照明\\WL1\\WL1-1", "3\\1\\2\\3" },
+        { u"电气\\机房动力\\AP-B1", "3\\5\\6" },
+        { u"电气", "" },
+        { u"电气\\WL1", "" },
+        { u"电气\\公共照明\\\\WL1", "" },
+        { u"弱电\\公共照明", "" },
+        { u"", "" },
     };
     for (const auto& p : paths)
         EXPECT_EQ(CISysCode::GetIndexPath(QString::fromUtf16(p.path)), QLatin1String(p.index))
@@ -199,22 +209,23 @@ TEST(CodeTreeStore, FullNamesAndIndexPathsFollowTheStoredTree)
 
 TEST(CodeTreeStore, FullNamesDivideIntoLevels)
 {
-    QStringList levels{QStringLiteral("kept")};
+    QStringList levels { QStringLiteral("kept") };
     int count = -1;
     EXPECT_TRUE(CISysCode::SysCodeDivide(QStringLiteral("公共照明\\WL1\\WL1-1"), levels, count));
-    EXPECT_EQ(levels, (QStringList{QStringLiteral("公共照明"), QStringLiteral("WL1"), QStringLiteral("WL1-1")}));
+    EXPECT_EQ(
+        levels, (QStringList { QStringLiteral("公共照明"), QStringLiteral("WL1"), QStringLiteral("WL1-1") }));
     EXPECT_EQ(count, 3);
-    for (const char* bad : {"", "a\\", "\\a", "a\\\\b"}) {
-        QStringList out{QStringLiteral("kept")};
+    for (const char* bad : { "", "a\\", "\\a", "a\\\\b" }) {
+        QStringList out { QStringLiteral("kept") };
         EXPECT_FALSE(CISysCode::SysCodeDivide(QString::fromUtf8(bad), out, count)) << bad;
-        EXPECT_EQ(out, QStringList{QStringLiteral("kept")});
+        EXPECT_EQ(out, QStringList { QStringLiteral("kept") });
     }
 }
 
 TEST(CodeTreeStore, CombinedInfoSplitsBackIntoItsParts)
 {
-    const QStringList texts{QString(), QStringLiteral("电气\\管线\\BV-2.5"), QStringLiteral("a|b"),
-                            QStringLiteral("\\|"), QStringLiteral("尾\\")};
+    const QStringList texts { QString(), QStringLiteral("电气\\管线\\BV-2.5"), QStringLiteral("a|b"),
+        QStringLiteral("\\|"), QStringLiteral("尾\\") };
     for (const QString& first : texts) {
         for (const QString& second : texts) {
             QString a, b;
@@ -238,16 +249,17 @@ TEST(CodeTreeStore, SettingIsReadWithADefaultForAnythingMissing)
     const QString ini = dir.path() + QStringLiteral("/SysCodeMng.ini");
     EXPECT_EQ(CISysCode::ReadSysCodeConfigFile(dir.path()), CISysCode::kDefaultDispAddedMsg);
     EXPECT_EQ(CISysCode::ReadSysCodeConfigFile(QString()), CISysCode::kDefaultDispAddedMsg);
-    const struct {
+    const struct
+    {
         const char* text;
         int value;
     } cases[] = {
-        {"[SysCodeConfig]\nDispAddedMsg=0\n", 0},
-        {"[Other]\nX=1\n[SysCodeConfig]\nDispAddedMsg = 1\n", 1},
-        {"[SysCodeConfig]\nDispAddedMsg=7\n", 7},
-        {"[SysCodeConfig]\nDispAddedMsg=yes\n", CISysCode::kDefaultDispAddedMsg},
-        {"[SysCodeConfig]\nOther=0\n", CISysCode::kDefaultDispAddedMsg},
-        {"[Other]\nDispAddedMsg=0\n", CISysCode::kDefaultDispAddedMsg},
+        { "[SysCodeConfig]\nDispAddedMsg=0\n", 0 },
+        { "[Other]\nX=1\n[SysCodeConfig]\nDispAddedMsg = 1\n", 1 },
+        { "[SysCodeConfig]\nDispAddedMsg=7\n", 7 },
+        { "[SysCodeConfig]\nDispAddedMsg=yes\n", CISysCode::kDefaultDispAddedMsg },
+        { "[SysCodeConfig]\nOther=0\n", CISysCode::kDefaultDispAddedMsg },
+        { "[Other]\nDispAddedMsg=0\n", CISysCode::kDefaultDispAddedMsg },
     };
     for (const auto& c : cases) {
         ASSERT_TRUE(writeBytes(ini, c.text));
@@ -262,7 +274,7 @@ TEST(CodeTreeStore, LineTypeScaleKeepsOnlyNumbers)
     ASSERT_TRUE(CISysCode::GetLineTypeScale(scale));
     EXPECT_EQ(scale, QStringLiteral("1.0"));
     EXPECT_TRUE(CISysCode::SetLineTypeScale(QStringLiteral("2.5")));
-    for (const char* bad : {"", "abc", "-1", "1,5"})
+    for (const char* bad : { "", "abc", "-1", "1,5" })
         EXPECT_FALSE(CISysCode::SetLineTypeScale(QString::fromUtf8(bad))) << bad;
     QvKsDataMng::CloseProject();
     ASSERT_TRUE(QvKsDataMng::OpenProject(project.Path()));

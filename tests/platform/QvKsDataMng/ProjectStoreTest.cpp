@@ -12,7 +12,8 @@
 namespace {
 
 // A raw connection to a store file, as another program would hold it.
-struct RawDb {
+struct RawDb
+{
     sqlite3* db = nullptr;
     explicit RawDb(const QString& file) { sqlite3_open(file.toUtf8().constData(), &db); }
     ~RawDb() { sqlite3_close(db); }

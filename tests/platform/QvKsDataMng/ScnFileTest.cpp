@@ -47,7 +47,8 @@ const char* const kLegacy = R"(<?xml version="1.0" encoding="UTF-8"?>
 </SysCodeData>
 )";
 
-struct ScnFile : ::testing::Test {
+struct ScnFile : ::testing::Test
+{
     QTemporaryDir dir;
     QString Path(const char* name) const { return dir.path() + QLatin1Char('/') + QString::fromUtf8(name); }
 };
@@ -85,34 +86,39 @@ TEST_F(ScnFile, BrokenOrHostileFilesAreRefusedAndTheTreeIsUntouched)
     ASSERT_TRUE(reference.ExportData(Path("good.scn"), QString()));
     const QByteArray good = readBytes(Path("good.scn"));
     const QByteArray code = R"(<Code Name="A"/>)";
-    auto wrap = [](const QByteArray& body) { return "<SysCodeFile Version=\"3.2.0\">" + body + "</SysCodeFile>"; };
-    const struct {
+    auto wrap
+        = [](const QByteArray& body) { return "<SysCodeFile Version=\"3.2.0\">" + body + "</SysCodeFile>"; };
+    const struct
+    {
         const char* what;
         QByteArray bytes;
     } cases[] = {
-        {"empty file", QByteArray()},
-        {"not XML", "just text"},
-        {"truncated", good.left(good.size() / 2)},
-        {"wrong root", "<Other Version=\"3.2.0\"/>"},
-        {"old layout not upgraded", kLegacy},
-        {"entity expansion",
-         "<?xml version=\"1.0\"?><!DOCTYPE r [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;\">]>" +
-             wrap("<Code Name=\"&b;\"/>")},
-        {"external entity", "<!DOCTYPE r [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>" + wrap("<Code Name=\"&x;\"/>")},
-        {"undeclared entity", wrap("<Code Name=\"&nope;\"/>")},
-        {"four levels", wrap(R"(<Code Name="1"><Code Name="2"><Code Name="3"><Code Name="4"/></Code></Code></Code>)")},
-        {"sibling duplicate", wrap(code + code)},
-        {"backslash in name", wrap(R"(<Code Name="a\b"/>)")},
-        {"blank name", wrap(R"(<Code Name="  "/>)")},
-        {"51-unit name", wrap("<Code Name=\"" + QByteArray(51, 'n') + "\"/>")},
-        {"colour out of range", wrap(R"(<Code Name="A" Color="16777216"/>)")},
-        {"width not a number", wrap(R"(<Code Name="A" LineWidth="wide"/>)")},
-        {"width infinite", wrap(R"(<Code Name="A" LineWidth="inf"/>)")},
-        {"huge attribute", wrap("<Code Name=\"A\" Describe=\"" + QByteArray(5000, 'd') + "\"/>")},
-        {"text in a code", wrap(R"(<Code Name="A">text</Code>)")},
-        {"foreign element", wrap(R"(<Code Name="A"><Other/></Code>)")},
-        {"content after root", wrap(code) + "<More/>"},
-        {"processing instruction", wrap("<?run me?>" + code)},
+        { "empty file", QByteArray() },
+        { "not XML", "just text" },
+        { "truncated", good.left(good.size() / 2) },
+        { "wrong root", "<Other Version=\"3.2.0\"/>" },
+        { "old layout not upgraded", kLegacy },
+        { "entity expansion",
+            "<?xml version=\"1.0\"?><!DOCTYPE r [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b "
+            "\"&a;&a;&a;&a;&a;&a;\">]>"
+                + wrap("<Code Name=\"&b;\"/>") },
+        { "external entity",
+            "<!DOCTYPE r [<!ENTITY x SYSTEM \"file:///etc/passwd\">]>" + wrap("<Code Name=\"&x;\"/>") },
+        { "undeclared entity", wrap("<Code Name=\"&nope;\"/>") },
+        { "four levels",
+            wrap(R"(<Code Name="1"><Code Name="2"><Code Name="3"><Code Name="4"/></Code></Code></Code>)") },
+        { "sibling duplicate", wrap(code + code) },
+        { "backslash in name", wrap(R"(<Code Name="a\b"/>)") },
+        { "blank name", wrap(R"(<Code Name="  "/>)") },
+        { "51-unit name", wrap("<Code Name=\"" + QByteArray(51, 'n') + "\"/>") },
+        { "colour out of range", wrap(R"(<Code Name="A" Color="16777216"/>)") },
+        { "width not a number", wrap(R"(<Code Name="A" LineWidth="wide"/>)") },
+        { "width infinite", wrap(R"(<Code Name="A" LineWidth="inf"/>)") },
+        { "huge attribute", wrap("<Code Name=\"A\" Describe=\"" + QByteArray(5000, 'd') + "\"/>") },
+        { "text in a code", wrap(R"(<Code Name="A">text</Code>)") },
+        { "foreign element", wrap(R"(<Code Name="A"><Other/></Code>)") },
+        { "content after root", wrap(code) + "<More/>" },
+        { "processing instruction", wrap("<?run me?>" + code) },
     };
     for (const auto& c : cases) {
         ASSERT_TRUE(writeBytes(Path("bad.scn"), c.bytes));
@@ -167,10 +173,11 @@ TEST_F(ScnFile, VersionStampIsReadAndReplacedKeepingTheCodes)
 
 TEST(QvKsVersion, OrdersByNumbersNotText)
 {
-    const struct {
+    const struct
+    {
         const char* older;
         const char* newer;
-    } pairs[] = {{"3.9.2", "3.10.0"}, {"2.5.1", "3.0"}, {"3.2", "3.2.1"}, {"0.0.9", "1"}};
+    } pairs[] = { { "3.9.2", "3.10.0" }, { "2.5.1", "3.0" }, { "3.2", "3.2.1" }, { "0.0.9", "1" } };
     for (const auto& p : pairs) {
         CQvKsVersion a, b;
         ASSERT_TRUE(CQvKsVersion::FromString(QString::fromUtf8(p.older), a));
@@ -184,7 +191,7 @@ TEST(QvKsVersion, OrdersByNumbersNotText)
     EXPECT_EQ(a, b);
     EXPECT_EQ(a.ToString(), QStringLiteral("3.1.0"));
     const CQvKsVersion kept(7, 7, 7);
-    for (const char* bad : {"", "a.b", "1.2.3.4", "1..2", "-1", "1.2x", "123456"}) {
+    for (const char* bad : { "", "a.b", "1.2.3.4", "1..2", "-1", "1.2x", "123456" }) {
         CQvKsVersion out = kept;
         EXPECT_FALSE(CQvKsVersion::FromString(QString::fromUtf8(bad), out)) << bad;
         EXPECT_EQ(out, kept);
@@ -203,9 +210,10 @@ TEST_F(ScnFile, OlderLayoutIsConvertedInPlace)
     CSysCodeData back;
     ASSERT_TRUE(back.ImportData(file));
     EXPECT_EQ(dumpTree(back),
-              (QStringList{QStringLiteral("生活给水|4|33023|0.35|20|按字符|J|沿墙明敷|竖井内敷设|给排水\\管道\\给水管\\PP-"
-                                          "R管 De25|市政直供"),
-                           QStringLiteral("生活给水\\低区|7|16711680|1|0||||||"), QStringLiteral("雨水|5|0|0|0||||||")}));
+        (QStringList {
+            QStringLiteral("生活给水|4|33023|0.35|20|按字符|J|沿墙明敷|竖井内敷设|给排水\\管道\\给水管\\PP-"
+                           "R管 De25|市政直供"),
+            QStringLiteral("生活给水\\低区|7|16711680|1|0||||||"), QStringLiteral("雨水|5|0|0|0||||||") }));
     // A file already in the current layout is left byte for byte.
     const QByteArray converted = readBytes(file);
     EXPECT_TRUE(CISysCode::UpdataSysData(file));

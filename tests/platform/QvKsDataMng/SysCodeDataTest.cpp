@@ -15,7 +15,8 @@ CSysCodeData* addChild(CSysCodeData& parent, const QString& name, int index)
 }
 
 // 给排水 root: 生活给水 (1) { 一区 (2) { 立管 (3) } }, 雨水 (4)
-struct SampleTree {
+struct SampleTree
+{
     CSysCodeData root;
     CSysCodeData* water;
     CSysCodeData* zone;

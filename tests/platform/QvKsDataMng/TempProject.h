@@ -17,8 +17,9 @@ inline void PrintTo(const QString& text, std::ostream* os)
     *os << '"' << text.toStdString() << '"';
 }
 
-inline const char* const kFiveSpecs = "INSERT INTO spec(spec_id, name, ord) VALUES "
-                                      "(1, '给排水', 1), (3, '电气', 2), (2, '暖通', 3), (4, '消防', 4), (6, '弱电', 5);";
+inline const char* const kFiveSpecs
+    = "INSERT INTO spec(spec_id, name, ord) VALUES "
+      "(1, '给排水', 1), (3, '电气', 2), (2, '暖通', 3), (4, '消防', 4), (6, '弱电', 5);";
 
 inline QString readText(const QString& path)
 {
@@ -38,13 +39,15 @@ inline bool writeBytes(const QString& path, const QByteArray& bytes)
     return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
 }
 
-struct TempProject {
+struct TempProject
+{
     QTemporaryDir dir;
 
     explicit TempProject(const QString& script = QString::fromUtf8(kFiveSpecs))
     {
         QString error;
-        EXPECT_TRUE(QvKsDataMng::CreateProject(dir.path(), QStringLiteral("测试项目"), &error)) << error.toStdString();
+        EXPECT_TRUE(QvKsDataMng::CreateProject(dir.path(), QStringLiteral("测试项目"), &error))
+            << error.toStdString();
         if (!script.isEmpty()) {
             EXPECT_TRUE(QvKsDataMng::RunScript(script, &error)) << error.toStdString();
         }
@@ -93,7 +96,7 @@ inline QStringList dumpTree(const CSysCodeData& node)
                      .arg(c->GetLineWidth(), 0, 'g', QLocale::FloatingPointShortest)
                      .arg(c->GetAlpha())
                      .arg(c->GetLineStyle(), c->GetLineString(), c->GetHorLayingMode(), c->GetVerLayingMode(),
-                          c->GetAddedMsg(), c->GetDescribe());
+                         c->GetAddedMsg(), c->GetDescribe());
         lines += dumpTree(*c);
     }
     return lines;
