@@ -49,7 +49,8 @@ void buildTree(CSysCodeData& root)
     }
 }
 
-struct Fixture {
+struct Fixture
+{
     QTemporaryDir dir;
     CSysCodeData tree;
     QString scn;
@@ -58,7 +59,8 @@ struct Fixture {
     Fixture()
     {
         QvKsDataMng::CreateProject(dir.path() + QStringLiteral("/p"), QStringLiteral("bench"));
-        QvKsDataMng::RunScript(QStringLiteral("INSERT INTO spec(spec_id, name, ord) VALUES(3, '电气', 1), (6, '弱电', 2)"));
+        QvKsDataMng::RunScript(
+            QStringLiteral("INSERT INTO spec(spec_id, name, ord) VALUES(3, '电气', 1), (6, '弱电', 2)"));
         buildTree(tree);
         CISysCode::SetSpecCodeInfos(tree, kSpec); // numbers the codes
         scn = dir.path() + QStringLiteral("/tree.scn");
@@ -66,13 +68,14 @@ struct Fixture {
         // The same table, indices and pragmas as the store's.
         sqlite3_open((dir.path() + QStringLiteral("/bare.db")).toUtf8().constData(), &bare);
         sqlite3_exec(bare,
-                     "PRAGMA foreign_keys=ON; CREATE TABLE sys_code(spec_id INTEGER NOT NULL, node_index INTEGER NOT "
-                     "NULL, parent_index INTEGER NOT NULL, ord INTEGER NOT NULL, name TEXT NOT NULL, color INTEGER NOT "
-                     "NULL, line_width REAL NOT NULL, alpha INTEGER NOT NULL, line_style TEXT NOT NULL, line_string "
-                     "TEXT NOT NULL, hor_laying TEXT NOT NULL, ver_laying TEXT NOT NULL, added_msg TEXT NOT NULL, "
-                     "describe TEXT NOT NULL, PRIMARY KEY(spec_id, node_index), UNIQUE(spec_id, parent_index, "
-                     "name)) WITHOUT ROWID;",
-                     nullptr, nullptr, nullptr);
+            "PRAGMA foreign_keys=ON; CREATE TABLE sys_code(spec_id INTEGER NOT NULL, node_index INTEGER NOT "
+            "NULL, parent_index INTEGER NOT NULL, ord INTEGER NOT NULL, name TEXT NOT NULL, color INTEGER "
+            "NOT "
+            "NULL, line_width REAL NOT NULL, alpha INTEGER NOT NULL, line_style TEXT NOT NULL, line_string "
+            "TEXT NOT NULL, hor_laying TEXT NOT NULL, ver_laying TEXT NOT NULL, added_msg TEXT NOT NULL, "
+            "describe TEXT NOT NULL, PRIMARY KEY(spec_id, node_index), UNIQUE(spec_id, parent_index, "
+            "name)) WITHOUT ROWID;",
+            nullptr, nullptr, nullptr);
     }
     ~Fixture()
     {
@@ -98,7 +101,7 @@ void bareReplace(sqlite3* db, const CSysCodeData& root)
     sqlite3_exec(db, "BEGIN IMMEDIATE; DELETE FROM sys_code WHERE spec_id = 3;", nullptr, nullptr, nullptr);
     sqlite3_stmt* stmt = nullptr;
     sqlite3_prepare_v2(db, "INSERT INTO sys_code VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)", -1, &stmt, nullptr);
-    std::vector<std::pair<const CSysCodeData*, int>> stack{{&root, 0}};
+    std::vector<std::pair<const CSysCodeData*, int>> stack { { &root, 0 } };
     while (!stack.empty()) {
         auto [node, parent] = stack.back();
         stack.pop_back();
@@ -161,8 +164,8 @@ void BM_BareSelect(benchmark::State& state)
     Fixture& f = fixture();
     bareReplace(f.bare, f.tree);
     sqlite3_stmt* stmt = nullptr;
-    sqlite3_prepare_v2(f.bare, "SELECT * FROM sys_code WHERE spec_id = 3 ORDER BY parent_index, ord", -1, &stmt,
-                       nullptr);
+    sqlite3_prepare_v2(
+        f.bare, "SELECT * FROM sys_code WHERE spec_id = 3 ORDER BY parent_index, ord", -1, &stmt, nullptr);
     for (auto _ : state) {
         qint64 sum = 0;
         while (sqlite3_step(stmt) == SQLITE_ROW) {
