@@ -92,6 +92,15 @@ public:
     // The highest node index in this tree (0 for an empty tree).
     int GetMaxNodeIndex() const;
 
+    // Writes this tree to a ".scn" file (current layout, stamped with the running
+    // version; `spec` is recorded when not empty). Written beside and renamed over
+    // the target, so a failure leaves any old file as it was.
+    bool ExportData(const QString& filePath, const QString& spec) const;
+    // Replaces this node's children with the codes of a ".scn" file of the current
+    // layout. The whole file is read into a separate tree first: a broken, hostile
+    // or empty file returns false and leaves this tree untouched.
+    bool ImportData(const QString& filePath);
+
 private:
     struct Index;
 

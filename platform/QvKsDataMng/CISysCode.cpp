@@ -1,0 +1,192 @@
+#include "CISysCode.h"
+
+#include "CQVSpecTypeInfoGet.h"
+#include "CSysCodeData.h"
+#include "CodeTreeStore.h"
+#include "ProjectStore.h"
+#include "SqlStatement.h"
+
+#include <QFile>
+#include <QSettings>
+
+bool CISysCode::GetSpecCodeInfos(CSysCodeData& root, const QString& spec)
+{
+    root.DeleteData();
+    ProjectStore* store = ProjectStore::Require();
+    if (!store)
+        return false;
+    int specId = 0;
+    int maxIndex = 0;
+    if (!CodeTreeStore::FindSpec(store->Db(), spec, specId, maxIndex)) {
+        ProjectStore::Fail(QStringLiteral("the project has no specialty \"%1\"").arg(spec));
+        return false;
+    }
+    QString error;
+    if (!CodeTreeStore::Load(store->Db(), specId, root, &error)) {
+        ProjectStore::Fail(error);
+        return false;
+    }
+    root.SetNodeIndex(maxIndex);
+    return true;
+}
+
+bool CISysCode::SetSpecCodeInfos(CSysCodeData& root, const QString& spec)
+{
+    ProjectStore* store = ProjectStore::Require();
+    if (!store)
+        return false;
+    int specId = 0;
+    int maxIndex = 0;
+    if (!CodeTreeStore::FindSpec(store->Db(), spec, specId, maxIndex)) {
+        ProjectStore::Fail(QStringLiteral("the project has no specialty \"%1\"").arg(spec));
+        return false;
+    }
+    QString error;
+    if (!CodeTreeStore::Save(store->Db(), specId, root, &error)) {
+        ProjectStore::Fail(error);
+        return false;
+    }
+    return true;
+}
+
+QStringList CISysCode::GetAllSpecNames()
+{
+    QStringList names;
+    if (ProjectStore* store = ProjectStore::Require()) {
+        SqlStatement stmt(store->Db(), "SELECT name FROM spec ORDER BY ord, spec_id");
+        while (stmt.Next())
+            names << stmt.Text(0);
+    }
+    return names;
+}
+
+bool CISysCode::GetFullNameAryBySpec(QStringList& fullNames, const QString& spec)
+{
+    fullNames.clear();
+    CSysCodeData root;
+    if (!GetSpecCodeInfos(root, spec))
+        return false;
+    std::vector<std::pair<const CSysCodeData*, QString>> stack;
+    for (auto it = root.GetChildren().rbegin(); it != root.GetChildren().rend(); ++it)
+        stack.emplace_back(*it, (*it)->GetNodeName());
+    while (!stack.empty()) {
+        auto [node, name] = stack.back();
+        stack.pop_back();
+        fullNames << name;
+        const auto& children = node->GetChildren();
+        for (auto it = children.rbegin(); it != children.rend(); ++it)
+            stack.emplace_back(*it, name + QLatin1Char('\\') + (*it)->GetNodeName());
+    }
+    return true;
+}
+
+QString CISysCode::GetIndexPath(const QString& fullPath)
+{
+    const qsizetype cut = fullPath.indexOf(QLatin1Char('\\'));
+    if (cut <= 0)
+        return QString();
+    const QString spec = fullPath.left(cut);
+    QStringList levels;
+    int count = 0;
+    if (!SysCodeDivide(fullPath.mid(cut + 1), levels, count))
+        return QString();
+    ProjectStore* store = ProjectStore::Require();
+    int specId = 0;
+    int maxIndex = 0;
+    if (!store || !CodeTreeStore::FindSpec(store->Db(), spec, specId, maxIndex))
+        return QString();
+    const int type = CQVSpecTypeInfoGet::GetSpecTypeByName(spec);
+    QString path = QString::number(type != eSpecNone ? type : specId);
+    SqlStatement step(
+        store->Db(), "SELECT node_index FROM sys_code WHERE spec_id = ? AND parent_index = ? AND name = ?");
+    int parent = 0;
+    for (const QString& level : levels) {
+        step.Reset();
+        step.Bind(1, specId).Bind(2, parent).Bind(3, level);
+        if (!step.Next())
+            return QString();
+        parent = step.Int(0);
+        path += QLatin1Char('\\') + QString::number(parent);
+    }
+    return path;
+}
+
+bool CISysCode::SysCodeDivide(QString fullName, QStringList& levels, int& levelCount)
+{
+    if (fullName.isEmpty())
+        return false;
+    const QStringList parts = fullName.split(QLatin1Char('\\'));
+    for (const QString& part : parts) {
+        if (part.isEmpty())
+            return false;
+    }
+    levels = parts;
+    levelCount = int(parts.size());
+    return true;
+}
+
+QString CISysCode::UniteSysInfo(const QString& first, const QString& second)
+{
+    auto escape = [](QString text) {
+        text.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+        text.replace(QLatin1Char('|'), QLatin1String("\\|"));
+        return text;
+    };
+    return escape(first) + QLatin1Char('|') + escape(second);
+}
+
+bool CISysCode::DivideSysInfo(QString combined, QString& first, QString& second)
+{
+    QString parts[2];
+    int part = 0;
+    for (qsizetype i = 0; i < combined.size(); ++i) {
+        const QChar c = combined[i];
+        if (c == QLatin1Char('\\')) {
+            if (i + 1 >= combined.size())
+                return false;
+            parts[part] += combined[++i];
+        } else if (c == QLatin1Char('|') && part == 0) {
+            part = 1;
+        } else {
+            parts[part] += c;
+        }
+    }
+    first = parts[0];
+    second = parts[1];
+    return true;
+}
+
+int CISysCode::ReadSysCodeConfigFile(const QString& profileFolder)
+{
+    const QString file = profileFolder + QStringLiteral("/SysCodeMng.ini");
+    if (profileFolder.isEmpty() || !QFile::exists(file))
+        return kDefaultDispAddedMsg;
+    QSettings ini(file, QSettings::IniFormat);
+    bool ok = false;
+    const int value = ini.value(QStringLiteral("SysCodeConfig/DispAddedMsg")).toString().trimmed().toInt(&ok);
+    return ok ? value : kDefaultDispAddedMsg;
+}
+
+bool CISysCode::GetLineTypeScale(QString& scale)
+{
+    ProjectStore* store = ProjectStore::Require();
+    if (!store)
+        return false;
+    scale = store->Meta(QStringLiteral("line_type_scale"));
+    if (scale.isEmpty())
+        scale = QStringLiteral("1.0");
+    return true;
+}
+
+bool CISysCode::SetLineTypeScale(const QString& scale)
+{
+    bool ok = false;
+    const double value = scale.trimmed().toDouble(&ok);
+    if (!ok || value < 0.0) {
+        ProjectStore::Fail(
+            QStringLiteral("the line-type scale \"%1\" is not a number of 0 or more").arg(scale));
+        return false;
+    }
+    ProjectStore* store = ProjectStore::Require();
+    return store && store->SetMeta(QStringLiteral("line_type_scale"), scale.trimmed());
+}

@@ -1,0 +1,185 @@
+#include "CodeTreeStore.h"
+
+#include "CSysCodeData.h"
+#include "SqlStatement.h"
+#include "SqlTransaction.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <sqlite3.h>
+#include <utility>
+#include <vector>
+
+namespace CodeTreeStore {
+
+namespace {
+
+bool sqlFail(sqlite3* db, QString* error, const QString& what)
+{
+    if (error)
+        *error = QStringLiteral("%1: %2").arg(what, QString::fromUtf8(sqlite3_errmsg(db)));
+    return false;
+}
+
+CSysCodeData* nodeFromRow(const SqlStatement& row)
+{
+    auto* node = new CSysCodeData;
+    node->SetNodeIndex(row.Int(0));
+    node->SetNodeName(row.Text(2));
+    node->SetMfcColor(COLORREF(row.Int64(3)));
+    node->SetLineWidth(row.Double(4));
+    node->SetAlpha(row.Int(5));
+    node->SetLineStyle(row.Text(6));
+    node->SetLineString(row.Text(7));
+    node->SetHorLayingMode(row.Text(8));
+    node->SetVerLayingMode(row.Text(9));
+    node->SetAddedMsg(row.Text(10));
+    node->SetDescribe(row.Text(11));
+    return node;
+}
+
+// Pre-order list of the codes under `root` with the index each is stored under.
+std::vector<std::pair<const CSysCodeData*, int>> numberTree(const CSysCodeData& root, int& highWater)
+{
+    std::vector<std::pair<const CSysCodeData*, int>> order;
+    std::vector<const CSysCodeData*> stack(root.GetChildren().rbegin(), root.GetChildren().rend());
+    QSet<int> taken;
+    std::vector<std::size_t> unnumbered;
+    while (!stack.empty()) {
+        const CSysCodeData* node = stack.back();
+        stack.pop_back();
+        int index = node->GetNodeIndex();
+        if (index <= 0 || taken.contains(index)) {
+            unnumbered.push_back(order.size());
+            index = 0;
+        } else {
+            taken.insert(index);
+            highWater = std::max(highWater, index);
+        }
+        order.emplace_back(node, index);
+        const auto& children = node->GetChildren();
+        stack.insert(stack.end(), children.rbegin(), children.rend());
+    }
+    // Numbered after every index the tree keeps, so no new index collides.
+    for (std::size_t i : unnumbered)
+        order[i].second = ++highWater;
+    return order;
+}
+
+} // namespace
+
+bool FindSpec(sqlite3* db, const QString& spec, int& specId, int& maxIndex)
+{
+    SqlStatement stmt(db, "SELECT spec_id, max_index FROM spec WHERE name = ?");
+    stmt.Bind(1, spec);
+    if (!stmt.Next())
+        return false;
+    specId = stmt.Int(0);
+    maxIndex = stmt.Int(1);
+    return true;
+}
+
+bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error)
+{
+    root.DeleteData();
+    SqlStatement stmt(db,
+        "SELECT node_index, parent_index, name, color, line_width, alpha, line_style, line_string, "
+        "hor_laying, ver_laying, added_msg, describe FROM sys_code WHERE spec_id = ? "
+        "ORDER BY parent_index, ord");
+    stmt.Bind(1, specId);
+    QHash<int, std::vector<CSysCodeData*>> byParent;
+    std::size_t count = 0;
+    while (stmt.Next()) {
+        byParent[stmt.Int(1)].push_back(nodeFromRow(stmt));
+        ++count;
+    }
+    if (!stmt.Done()) {
+        for (auto& list : byParent)
+            for (CSysCodeData* node : list)
+                delete node;
+        return sqlFail(db, error, QStringLiteral("the system codes cannot be read"));
+    }
+    // Breadth first from the top level: only codes reachable from it are attached.
+    std::vector<std::pair<CSysCodeData*, int>> queue { { &root, 0 } };
+    int unused = 0;
+    std::size_t attached = 0;
+    for (std::size_t head = 0; head < queue.size(); ++head) {
+        auto it = byParent.find(queue[head].second);
+        if (it == byParent.end())
+            continue;
+        std::vector<CSysCodeData*> children = std::move(*it);
+        byParent.erase(it);
+        for (CSysCodeData* child : children) {
+            queue[head].first->AddDataToChild(unused, child, false);
+            queue.emplace_back(child, child->GetNodeIndex());
+            ++attached;
+        }
+    }
+    if (attached != count) {
+        for (auto& list : byParent)
+            for (CSysCodeData* node : list)
+                delete node;
+        root.DeleteData();
+        if (error)
+            *error = QStringLiteral("the stored system-code tree is damaged: %1 codes hang under no code")
+                         .arg(count - attached);
+        return false;
+    }
+    return true;
+}
+
+bool Save(sqlite3* db, int specId, CSysCodeData& root, QString* error)
+{
+    SqlTransaction tx(db);
+    if (!tx.IsActive())
+        return sqlFail(db, error, QStringLiteral("the system codes cannot be saved"));
+    int highWater = 0;
+    {
+        SqlStatement mark(db, "SELECT max_index FROM spec WHERE spec_id = ?");
+        mark.Bind(1, specId);
+        if (!mark.Next())
+            return sqlFail(db, error, QStringLiteral("the specialty is gone from the store"));
+        highWater = mark.Int(0);
+    }
+    const auto order = numberTree(root, highWater);
+    SqlStatement clear(db, "DELETE FROM sys_code WHERE spec_id = ?");
+    clear.Bind(1, specId);
+    if (!clear.Exec())
+        return sqlFail(db, error, QStringLiteral("the old system codes cannot be replaced"));
+
+    QHash<const CSysCodeData*, int> indexOf;
+    indexOf.reserve(qsizetype(order.size()) + 1);
+    indexOf.insert(&root, 0);
+    QHash<const CSysCodeData*, int> ordOf;
+    SqlStatement insert(db,
+        "INSERT INTO sys_code(spec_id, node_index, parent_index, ord, name, color, line_width, "
+        "alpha, line_style, line_string, hor_laying, ver_laying, added_msg, describe) "
+        "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
+    for (const auto& [node, index] : order) {
+        indexOf.insert(node, index);
+        const CSysCodeData* parent = node->GetParent();
+        insert.Bind(1, specId).Bind(2, index).Bind(3, indexOf.value(parent)).Bind(4, ordOf[parent]++);
+        insert.Bind(5, node->GetNodeName())
+            .Bind(6, qint64(node->GetMfcColor()))
+            .Bind(7, node->GetLineWidth());
+        insert.Bind(8, node->GetAlpha()).Bind(9, node->GetLineStyle()).Bind(10, node->GetLineString());
+        insert.Bind(11, node->GetHorLayingMode()).Bind(12, node->GetVerLayingMode());
+        insert.Bind(13, node->GetAddedMsg()).Bind(14, node->GetDescribe());
+        if (!insert.Exec())
+            return sqlFail(
+                db, error, QStringLiteral("the system code \"%1\" cannot be saved").arg(node->GetFullName()));
+    }
+    SqlStatement mark(db, "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
+    mark.Bind(1, highWater).Bind(2, specId);
+    if (!mark.Exec() || !tx.Commit())
+        return sqlFail(db, error, QStringLiteral("the system codes cannot be saved"));
+    for (const auto& [node, index] : order) {
+        if (node->GetNodeIndex() != index)
+            const_cast<CSysCodeData*>(node)->SetNodeIndex(index);
+    }
+    root.SetNodeIndex(highWater);
+    return true;
+}
+
+} // namespace CodeTreeStore

@@ -1,0 +1,42 @@
+#pragma once
+
+// The project that the data service works on. The host opens one project folder;
+// every static operation of the data service (CISysCode, CProj, CQtxmMng …) acts on
+// it and fails cleanly (false, empty) while none is open.
+//
+// A project folder holds the store file "project.qvks", the floors' drawing files
+// and the profile folder "Profile" (settings "SysCodeMng.ini" and the exchange
+// folder "系统编号").
+#include <QString>
+
+namespace QvKsDataMng {
+
+// Opens the project store in `folder`. A missing, locked, damaged or newer store is
+// refused with a message in `error`; the file is never created, changed or repaired
+// by opening. Closes the project that was open before, also when this one fails.
+bool OpenProject(const QString& folder, QString* error = nullptr);
+
+// Makes a new, empty project in `folder` (created when missing) and opens it.
+// Refuses a folder that already holds a store.
+bool CreateProject(const QString& folder, const QString& projectName, QString* error = nullptr);
+
+// Closes the open project; edits of bill and quota items not yet stored with
+// CAtt::Save are dropped.
+void CloseProject();
+
+bool IsProjectOpen();
+QString ProjectFolder();
+QString StoreFileName(); // "project.qvks"
+QString ProfileFolderName(); // "Profile"
+
+// Runs SQL text (several statements) on the open store in one transaction: the
+// project tool seeds the demo project with it. On failure nothing is changed.
+bool RunScript(const QString& sql, QString* error = nullptr);
+
+// The message of the last failed operation of the data service.
+QString LastError();
+
+// How long a write waits for another program's lock before it fails (ms).
+void SetBusyTimeout(int milliseconds);
+
+} // namespace QvKsDataMng

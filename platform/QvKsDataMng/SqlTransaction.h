@@ -1,0 +1,21 @@
+#pragma once
+
+// One write transaction. Begins IMMEDIATE, so a store locked by another program is
+// reported before anything is changed; rolls back unless Commit() succeeded.
+struct sqlite3;
+
+class SqlTransaction
+{
+public:
+    explicit SqlTransaction(sqlite3* db);
+    ~SqlTransaction();
+    SqlTransaction(const SqlTransaction&) = delete;
+    SqlTransaction& operator=(const SqlTransaction&) = delete;
+
+    bool IsActive() const { return m_active; }
+    bool Commit();
+
+private:
+    sqlite3* m_db;
+    bool m_active = false;
+};

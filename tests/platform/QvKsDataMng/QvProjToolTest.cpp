@@ -1,0 +1,110 @@
+// The project tool as a user runs it: demo, print, export, import, bad input.
+#include "TempProject.h"
+
+#include <QProcess>
+
+namespace {
+
+struct ToolRun
+{
+    int code = -1;
+    QString out;
+    QString err;
+};
+
+ToolRun qvproj(const QStringList& args)
+{
+    QProcess process;
+    process.start(QStringLiteral(QVPROJ_EXE), args);
+    process.waitForFinished(60000);
+    return { process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+        QString::fromUtf8(process.readAllStandardOutput()),
+        QString::fromUtf8(process.readAllStandardError()) };
+}
+
+struct QvProjTool : ::testing::Test
+{
+    QTemporaryDir dir;
+    QString demo = dir.path() + QStringLiteral("/demo");
+    void SetUp() override { ASSERT_EQ(qvproj({ QStringLiteral("demo"), demo }).code, 0); }
+};
+
+TEST_F(QvProjTool, PrintsOneStableLinePerCodeWithEveryAttribute)
+{
+    const ToolRun first = qvproj({ QStringLiteral("print"), demo, QStringLiteral("电气") });
+    ASSERT_EQ(first.code, 0) << first.err.toStdString();
+    const QStringList lines = first.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 14); // a header and 13 codes
+    EXPECT_TRUE(lines[3].startsWith(
+        QStringLiteral("公共照明\\WL1\\WL1-1  index=9 color=0x0000ffff width=15 alpha=30 ")));
+    EXPECT_TRUE(
+        lines[3].endsWith(QStringLiteral("info=\"电气\\管线\\电线穿管\\BV-3×2.5-SC20\" remark=\"支路\"")));
+    EXPECT_EQ(qvproj({ QStringLiteral("print"), demo, QStringLiteral("电气") }).out, first.out);
+    EXPECT_TRUE(QFile::exists(demo + QStringLiteral("/Profile/系统编号/演示项目-电气.scn")));
+}
+
+TEST_F(QvProjTool, ExportThenImportIntoAnotherSpecialtyAddsTheCodes)
+{
+    const QString file = dir.path() + QStringLiteral("/e.scn");
+    ASSERT_EQ(qvproj({ QStringLiteral("export"), demo, QStringLiteral("电气"), file }).code, 0);
+    const ToolRun imported = qvproj({ QStringLiteral("import"), demo, QStringLiteral("弱电"), file });
+    ASSERT_EQ(imported.code, 0) << imported.err.toStdString();
+    const QString printed = qvproj({ QStringLiteral("print"), demo, QStringLiteral("弱电") }).out;
+    EXPECT_TRUE(printed.startsWith(QStringLiteral("# 弱电: 25 codes")));
+    // New codes are numbered after 弱电's highest index (12), parents first.
+    EXPECT_TRUE(printed.contains(QStringLiteral("\n公共照明  index=13 "))) << printed.toStdString();
+    // Importing again changes nothing but attributes.
+    ASSERT_EQ(qvproj({ QStringLiteral("import"), demo, QStringLiteral("弱电"), file }).code, 0);
+    EXPECT_EQ(qvproj({ QStringLiteral("print"), demo, QStringLiteral("弱电") }).out, printed);
+}
+
+TEST_F(QvProjTool, ImportUpgradesOlderFilesAndRefusesNewerOnes)
+{
+    const QString old = dir.path() + QStringLiteral("/old.scn");
+    ASSERT_TRUE(writeBytes(old,
+        "<SysCodeData Version=\"2.0\"><SysNode><Name>中水</Name><Color>0,255,0</Color>"
+        "</SysNode></SysCodeData>"));
+    ASSERT_EQ(qvproj({ QStringLiteral("import"), demo, QStringLiteral("给排水"), old }).code, 0);
+    EXPECT_TRUE(readText(old).contains(QStringLiteral("<SysCodeFile")));
+    EXPECT_TRUE(qvproj({ QStringLiteral("print"), demo, QStringLiteral("给排水") })
+                    .out.contains(QStringLiteral("中水  index=18 color=0x0000ff00")));
+
+    const QString newer = dir.path() + QStringLiteral("/newer.scn");
+    ASSERT_TRUE(writeBytes(newer, "<SysCodeFile Version=\"99.0\"><Code Name=\"X\"/></SysCodeFile>"));
+    const ToolRun refused = qvproj({ QStringLiteral("import"), demo, QStringLiteral("给排水"), newer });
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_TRUE(refused.err.contains(QStringLiteral("newer version")));
+}
+
+TEST_F(QvProjTool, BadInputGivesAMessageAndAFailingExitCode)
+{
+    const QString bad = dir.path() + QStringLiteral("/bad.scn");
+    ASSERT_TRUE(writeBytes(bad, "<SysCodeFile Version=\"3.2.0\"><Code Name=\"X\">"));
+    const struct
+    {
+        QStringList args;
+        int code;
+        const char* message;
+    } cases[] = {
+        { {}, 2, "usage" },
+        { { QStringLiteral("frobnicate") }, 2, "usage" },
+        { { QStringLiteral("print"), demo }, 2, "usage" },
+        { { QStringLiteral("demo"), demo }, 1, "not empty" },
+        { { QStringLiteral("print"), dir.path(), QStringLiteral("电气") }, 1, "no project store" },
+        { { QStringLiteral("print"), demo, QStringLiteral("土建") }, 1, "no specialty" },
+        { { QStringLiteral("import"), demo, QStringLiteral("电气"), bad }, 1,
+            "not a valid system-code file" },
+        { { QStringLiteral("export"), demo, QStringLiteral("电气"),
+              dir.path() + QStringLiteral("/no/x.scn") },
+            1, "cannot be written" },
+    };
+    const QString before = qvproj({ QStringLiteral("print"), demo, QStringLiteral("电气") }).out;
+    for (const auto& c : cases) {
+        const ToolRun run = qvproj(c.args);
+        EXPECT_EQ(run.code, c.code) << c.args.join(QLatin1Char(' ')).toStdString();
+        EXPECT_TRUE(run.err.contains(QLatin1String(c.message))) << run.err.toStdString();
+    }
+    EXPECT_EQ(qvproj({ QStringLiteral("print"), demo, QStringLiteral("电气") }).out, before);
+}
+
+} // namespace

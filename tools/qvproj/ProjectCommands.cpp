@@ -1,0 +1,174 @@
+#include "ProjectCommands.h"
+
+#include "CISysCode.h"
+#include "CProj.h"
+#include "CQvKsVersion.h"
+#include "CSysCodeData.h"
+#include "QvKsDataMng.h"
+#include "QvKsXmlVertion.h"
+#include "ScnMerge.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTextStream>
+
+namespace ProjectCommands {
+
+namespace {
+
+int fail(QTextStream& err, const QString& message)
+{
+    err << "qvproj: " << message << "\n";
+    return 1;
+}
+
+// Opens the project and loads the specialty's tree; false after printing why.
+bool openSpec(const QString& folder, const QString& spec, CSysCodeData& root, QTextStream& err)
+{
+    QString error;
+    if (!QvKsDataMng::OpenProject(folder, &error)) {
+        fail(err, error);
+        return false;
+    }
+    if (!CISysCode::GetSpecCodeInfos(root, spec)) {
+        fail(err,
+            QStringLiteral("%1 (specialties: %2)")
+                .arg(QvKsDataMng::LastError(), CISysCode::GetAllSpecNames().join(QStringLiteral(", "))));
+        return false;
+    }
+    return true;
+}
+
+QString quoted(const QString& text)
+{
+    QString escaped = text;
+    escaped.replace(QLatin1Char('"'), QLatin1String("\\\""));
+    return QLatin1Char('"') + escaped + QLatin1Char('"');
+}
+
+void printTree(const CSysCodeData& node, QTextStream& out)
+{
+    for (const CSysCodeData* child : node.GetChildren()) {
+        out << DescribeCode(*child) << "\n";
+        printTree(*child, out);
+    }
+}
+
+int countCodes(const CSysCodeData& node)
+{
+    int count = node.GetChildCount();
+    for (const CSysCodeData* child : node.GetChildren())
+        count += countCodes(*child);
+    return count;
+}
+
+bool writeSettings(const QString& profile)
+{
+    QFile ini(profile + QStringLiteral("/SysCodeMng.ini"));
+    return ini.open(QIODevice::WriteOnly | QIODevice::Truncate)
+        && ini.write("[SysCodeConfig]\nDispAddedMsg=1\n") > 0;
+}
+
+} // namespace
+
+QString DescribeCode(const CSysCodeData& node)
+{
+    return QStringLiteral(
+        "%1  index=%2 color=0x%3 width=%4 alpha=%5 style=%6 chars=%7 hor=%8 ver=%9 info=%10 "
+        "remark=%11")
+        .arg(node.GetFullName())
+        .arg(node.GetNodeIndex())
+        .arg(node.GetMfcColor(), 8, 16, QLatin1Char('0'))
+        .arg(node.GetLineWidth())
+        .arg(node.GetAlpha())
+        .arg(quoted(node.GetLineStyle()), quoted(node.GetLineString()), quoted(node.GetHorLayingMode()),
+            quoted(node.GetVerLayingMode()), quoted(node.GetAddedMsg()), quoted(node.GetDescribe()));
+}
+
+int Demo(const QString& folder, QTextStream& out, QTextStream& err)
+{
+    const QDir dir(folder);
+    if (dir.exists() && !dir.isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden))
+        return fail(err,
+            QStringLiteral("%1 is not empty; the demo project is made in a new or empty folder").arg(folder));
+    QFile script(QStringLiteral(":/demo/demo.sql"));
+    if (!script.open(QIODevice::ReadOnly))
+        return fail(err, QStringLiteral("the demo script is missing from this build"));
+    QString error;
+    if (!QvKsDataMng::CreateProject(folder, QStringLiteral("演示项目"), &error)
+        || !QvKsDataMng::RunScript(QString::fromUtf8(script.readAll()), &error)) {
+        QvKsDataMng::CloseProject();
+        return fail(err, error);
+    }
+    const QString profile
+        = QvKsDataMng::ProjectFolder() + QLatin1Char('/') + QvKsDataMng::ProfileFolderName();
+    if (!writeSettings(profile))
+        return fail(err, QStringLiteral("the settings file cannot be written in %1").arg(profile));
+    const QString prjName = CProj().GetPrjName();
+    for (const QString& spec : CISysCode::GetAllSpecNames()) {
+        CSysCodeData root;
+        const QString file = QStringLiteral("%1/系统编号/%2-%3.scn").arg(profile, prjName, spec);
+        if (!CISysCode::GetSpecCodeInfos(root, spec) || !root.ExportData(file, spec))
+            return fail(err, QvKsDataMng::LastError());
+        out << spec << ": " << countCodes(root) << " codes\n";
+    }
+    out << "demo project \"" << prjName << "\" made in " << QvKsDataMng::ProjectFolder() << "\n";
+    QvKsDataMng::CloseProject();
+    return 0;
+}
+
+int Print(const QString& folder, const QString& spec, QTextStream& out, QTextStream& err)
+{
+    CSysCodeData root;
+    if (!openSpec(folder, spec, root, err))
+        return 1;
+    out << "# " << spec << ": " << countCodes(root) << " codes\n";
+    printTree(root, out);
+    QvKsDataMng::CloseProject();
+    return 0;
+}
+
+int Export(
+    const QString& folder, const QString& spec, const QString& file, QTextStream& out, QTextStream& err)
+{
+    CSysCodeData root;
+    if (!openSpec(folder, spec, root, err))
+        return 1;
+    if (!root.ExportData(file, spec))
+        return fail(err, QvKsDataMng::LastError());
+    out << countCodes(root) << " codes of " << spec << " written to " << file << "\n";
+    QvKsDataMng::CloseProject();
+    return 0;
+}
+
+int Import(
+    const QString& folder, const QString& spec, const QString& file, QTextStream& out, QTextStream& err)
+{
+    CSysCodeData root;
+    if (!openSpec(folder, spec, root, err))
+        return 1;
+    QString versionText;
+    CQvKsVersion version;
+    if (QvKsXmlVertion::GetXmlVersion(versionText, file) && CQvKsVersion::FromString(versionText, version)) {
+        if (version > CQvKsVersion::Current())
+            return fail(err,
+                QStringLiteral("%1 was written by a newer version (%2; this is %3): not imported")
+                    .arg(file, versionText, CQvKsVersion::Current().ToString()));
+        if (version < CQvKsVersion::Current() && !CISysCode::UpdataSysData(file))
+            return fail(err, QvKsDataMng::LastError());
+    }
+    CSysCodeData imported;
+    if (!imported.ImportData(file))
+        return fail(err, QvKsDataMng::LastError());
+    const int before = countCodes(root);
+    int counter = root.GetNodeIndex();
+    MergeScnTree(counter, root, imported);
+    if (!CISysCode::SetSpecCodeInfos(root, spec))
+        return fail(err, QvKsDataMng::LastError());
+    out << countCodes(imported) << " codes read from " << file << "; " << countCodes(root) - before
+        << " added to " << spec << ", the others updated\n";
+    QvKsDataMng::CloseProject();
+    return 0;
+}
+
+} // namespace ProjectCommands

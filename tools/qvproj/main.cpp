@@ -1,0 +1,45 @@
+// qvproj: the project tool.
+#include "ProjectCommands.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+#include <QTextStream>
+
+#include <cstdio>
+
+namespace {
+
+int usage(QTextStream& err)
+{
+    err << "usage:\n"
+           "  qvproj demo DIR                 make the demo project in DIR (a new folder or an empty one)\n"
+           "  qvproj print DIR SPEC           print the system codes of a specialty, one line each\n"
+           "  qvproj export DIR SPEC FILE.scn write a specialty's codes to a system-code file\n"
+           "  qvproj import DIR SPEC FILE.scn merge a system-code file into a specialty\n";
+    return 2;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    const QStringList args = app.arguments().mid(1);
+    const QString command = args.value(0);
+    int rc = 0;
+    if (command == QLatin1String("demo") && args.size() == 2)
+        rc = ProjectCommands::Demo(args[1], out, err);
+    else if (command == QLatin1String("print") && args.size() == 3)
+        rc = ProjectCommands::Print(args[1], args[2], out, err);
+    else if (command == QLatin1String("export") && args.size() == 4)
+        rc = ProjectCommands::Export(args[1], args[2], args[3], out, err);
+    else if (command == QLatin1String("import") && args.size() == 4)
+        rc = ProjectCommands::Import(args[1], args[2], args[3], out, err);
+    else
+        rc = usage(err);
+    out.flush();
+    err.flush();
+    return rc;
+}
