@@ -5,6 +5,7 @@
 // sends to its dialog.
 #include "WinTypes.h"
 
+#include <QMetaType>
 #include <QString>
 
 #include <cstdint>
@@ -129,3 +130,7 @@ struct NMLISTVIEW
     HTREEITEM hItem = nullptr;
     quintptr lParam = 0; // the item data
 };
+
+Q_DECLARE_METATYPE(NMLVDISPINFO*)
+Q_DECLARE_METATYPE(NMITEMACTIVATE)
+Q_DECLARE_METATYPE(NMLISTVIEW)
