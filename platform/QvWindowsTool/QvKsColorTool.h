@@ -3,7 +3,8 @@
 // Colours for new system-code rows.
 #include "WinTypes.h"
 
-class QvKsColorTool {
+class QvKsColorTool
+{
 public:
     // A colour (0x00BBGGRR) for the next new row, made from the previous one.
     // Every bit set in `mask` is set in the result; the usual mask 0x555555 keeps each

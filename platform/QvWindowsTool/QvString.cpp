@@ -3,7 +3,10 @@
 #include <QString>
 
 namespace {
-bool isDigit(QChar c) { return c >= u'0' && c <= u'9'; }
+bool isDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
 
 // Advances over a run of ASCII digits; returns how many were read.
 int skipDigits(const QString& text, int& pos)
@@ -14,7 +17,10 @@ int skipDigits(const QString& text, int& pos)
     return pos - start;
 }
 
-bool isSign(const QString& text, int pos) { return pos < text.size() && (text[pos] == u'+' || text[pos] == u'-'); }
+bool isSign(const QString& text, int pos)
+{
+    return pos < text.size() && (text[pos] == u'+' || text[pos] == u'-');
+}
 } // namespace
 
 bool QvString::IsDouble(const QString& text)

@@ -3,7 +3,8 @@
 // Tests on text a user typed into a cell.
 class QString;
 
-class QvString {
+class QvString
+{
 public:
     // Whether the text is a decimal number as a drafter types it: an optional sign,
     // digits with an optional decimal point and decimals (at least one digit in all),

@@ -4,17 +4,20 @@
 #include <gtest/gtest.h>
 
 namespace {
-struct NumberCase {
+struct NumberCase
+{
     const char16_t* text;
     bool isNumber;
 };
 
-class IsDoubleTest : public ::testing::TestWithParam<NumberCase> { };
+class IsDoubleTest : public ::testing::TestWithParam<NumberCase>
+{ };
 
 TEST_P(IsDoubleTest, JudgesTypedText)
 {
     const NumberCase& c = GetParam();
-    EXPECT_EQ(QvString::IsDouble(QString::fromUtf16(c.text)), c.isNumber) << QString::fromUtf16(c.text).toStdString();
+    EXPECT_EQ(QvString::IsDouble(QString::fromUtf16(c.text)), c.isNumber)
+        << QString::fromUtf16(c.text).toStdString();
 }
 
 INSTANTIATE_TEST_SUITE_P(Numbers, IsDoubleTest,
