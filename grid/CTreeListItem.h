@@ -1,0 +1,52 @@
+#pragma once
+
+// One item of the grid's tree: its place in the tree, its cells and its state. The
+// dialogs only hold handles to it; the tree (CTreeListItemTree) owns and changes it.
+#include "WinTypes.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+#include <vector>
+
+struct CTreeListCell
+{
+    QString text;
+    COLORREF textColor = 0;
+    COLORREF backColor = 0;
+    bool hasTextColor = false;
+    bool hasBackColor = false;
+    int editMode = 0;
+    QStringList options;
+};
+
+class CTreeListItem
+{
+public:
+    CTreeListItem* parent() const { return m_parent; }
+    const std::vector<CTreeListItem*>& children() const { return m_children; }
+    int indexInParent() const { return m_indexInParent; }
+    bool isExpanded() const { return m_expanded; }
+    UINT state() const { return m_state; }
+    quintptr data() const { return m_data; }
+    // The cell of a column; columns never written read as an empty cell.
+    const CTreeListCell& cell(int column) const;
+    int depth() const;
+
+private:
+    friend class CTreeListItemTree;
+
+    CTreeListCell& cellForWrite(int column);
+
+    CTreeListItem* m_parent = nullptr;
+    std::vector<CTreeListItem*> m_children; // owned
+    int m_indexInParent = 0;
+    std::vector<CTreeListCell> m_cells;
+    UINT m_state = 0;
+    bool m_expanded = false;
+    quintptr m_data = 0;
+    // Shown-row index: valid when m_rowStamp equals the tree's current stamp.
+    int m_row = -1;
+    std::uint64_t m_rowStamp = 0;
+};

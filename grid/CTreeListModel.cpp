@@ -1,0 +1,211 @@
+#include "CTreeListModel.h"
+
+#include <QColor>
+
+#include <algorithm>
+
+QColor ColorFromColorref(COLORREF colour)
+{
+    return QColor(GetRValue(colour), GetGValue(colour), GetBValue(colour));
+}
+
+CTreeListModel::CTreeListModel(QObject* parent)
+    : QAbstractItemModel(parent)
+{ }
+
+HTREEITEM CTreeListModel::itemFromIndex(const QModelIndex& index) const
+{
+    if (!index.isValid() || index.model() != this)
+        return nullptr;
+    return static_cast<HTREEITEM>(index.internalPointer());
+}
+
+QModelIndex CTreeListModel::indexFromItem(HTREEITEM item, int column) const
+{
+    if (!item || item == m_tree.root() || item == TVI_ROOT)
+        return QModelIndex();
+    return createIndex(item->indexInParent(), column, item);
+}
+
+HTREEITEM CTreeListModel::insertItem(const QString& text, HTREEITEM parent, HTREEITEM insertAfter)
+{
+    if (!m_tree.isItem(parent ? parent : TVI_ROOT))
+        return nullptr;
+    parent = m_tree.resolve(parent);
+    const int position = m_tree.insertPosition(parent, insertAfter, text);
+    if (position < 0)
+        return nullptr;
+    beginInsertRows(indexFromItem(parent), position, position);
+    HTREEITEM item = m_tree.insertAt(parent, position, text);
+    endInsertRows();
+    return item;
+}
+
+bool CTreeListModel::moveItem(HTREEITEM item, HTREEITEM newParent, HTREEITEM insertAfter)
+{
+    newParent = m_tree.resolve(newParent);
+    if (!m_tree.isItem(item) || item == m_tree.root() || !m_tree.isItem(newParent)
+        || m_tree.isAncestorOrSelf(item, newParent))
+        return false;
+    if (insertAfter == item)
+        return item->parent() == newParent;
+    const int position = m_tree.insertPosition(newParent, insertAfter, item->cell(0).text);
+    if (position < 0)
+        return false;
+    HTREEITEM oldParent = item->parent();
+    const int from = item->indexInParent();
+    if (!beginMoveRows(indexFromItem(oldParent), from, from, indexFromItem(newParent), position))
+        return true; // already there
+    m_tree.moveTo(item, newParent, position);
+    endMoveRows();
+    return true;
+}
+
+HTREEITEM CTreeListModel::copyItem(HTREEITEM source, HTREEITEM newParent, HTREEITEM insertAfter)
+{
+    newParent = m_tree.resolve(newParent);
+    if (!m_tree.isItem(newParent))
+        return nullptr;
+    const int position = m_tree.insertPosition(newParent, insertAfter, source->cell(0).text);
+    if (position < 0)
+        return nullptr;
+    beginInsertRows(indexFromItem(newParent), position, position);
+    HTREEITEM copy = m_tree.copyAt(source, newParent, position);
+    endInsertRows();
+    return copy;
+}
+
+void CTreeListModel::removeItem(HTREEITEM item)
+{
+    if (!m_tree.isItem(item) || item == m_tree.root() || item == TVI_ROOT)
+        return;
+    const int row = item->indexInParent();
+    beginRemoveRows(indexFromItem(item->parent()), row, row);
+    m_tree.remove(item);
+    endRemoveRows();
+}
+
+void CTreeListModel::removeAllItems()
+{
+    beginResetModel();
+    m_tree.removeAllItems();
+    endResetModel();
+}
+
+int CTreeListModel::insertColumn(int index, const CTreeListColumn& column)
+{
+    if (index < 0)
+        return -1;
+    index = std::min(index, m_tree.columnCount());
+    beginInsertColumns(QModelIndex(), index, index);
+    m_tree.insertColumn(index, column);
+    endInsertColumns();
+    return index;
+}
+
+bool CTreeListModel::removeColumn(int index)
+{
+    if (index < 0 || index >= m_tree.columnCount())
+        return false;
+    beginRemoveColumns(QModelIndex(), index, index);
+    m_tree.removeColumn(index);
+    endRemoveColumns();
+    return true;
+}
+
+void CTreeListModel::setColumnTitle(int index, const QString& title)
+{
+    if (index < 0 || index >= m_tree.columnCount())
+        return;
+    m_tree.columnForWrite(index).title = title;
+    Q_EMIT headerDataChanged(Qt::Horizontal, index, index);
+}
+
+void CTreeListModel::cellChanged(HTREEITEM item, int column)
+{
+    const int columns = m_tree.columnCount();
+    if (columns == 0 || !item || item == m_tree.root())
+        return;
+    const int first = column < 0 ? 0 : std::min(column, columns - 1);
+    const int last = column < 0 ? columns - 1 : first;
+    Q_EMIT dataChanged(indexFromItem(item, first), indexFromItem(item, last));
+}
+
+QModelIndex CTreeListModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (column < 0 || column >= m_tree.columnCount() || row < 0)
+        return QModelIndex();
+    HTREEITEM p = parent.isValid() ? itemFromIndex(parent) : m_tree.root();
+    if (!p || row >= int(p->children().size()))
+        return QModelIndex();
+    return createIndex(row, column, p->children()[size_t(row)]);
+}
+
+QModelIndex CTreeListModel::parent(const QModelIndex& child) const
+{
+    HTREEITEM item = itemFromIndex(child);
+    if (!item || !item->parent())
+        return QModelIndex();
+    return indexFromItem(item->parent());
+}
+
+int CTreeListModel::rowCount(const QModelIndex& parent) const
+{
+    if (parent.isValid() && parent.column() != 0)
+        return 0;
+    HTREEITEM p = parent.isValid() ? itemFromIndex(parent) : m_tree.root();
+    return p ? int(p->children().size()) : 0;
+}
+
+int CTreeListModel::columnCount(const QModelIndex&) const
+{
+    return m_tree.columnCount();
+}
+
+bool CTreeListModel::hasChildren(const QModelIndex& parent) const
+{
+    return rowCount(parent) > 0;
+}
+
+QVariant CTreeListModel::data(const QModelIndex& index, int role) const
+{
+    HTREEITEM item = itemFromIndex(index);
+    if (!item)
+        return QVariant();
+    const CTreeListCell& cell = item->cell(index.column());
+    switch (role) {
+    case Qt::DisplayRole:
+        return cell.text;
+    case Qt::ForegroundRole:
+        return cell.hasTextColor ? QVariant(ColorFromColorref(cell.textColor)) : QVariant();
+    case Qt::BackgroundRole:
+        return cell.hasBackColor ? QVariant(ColorFromColorref(cell.backColor)) : QVariant();
+    case Qt::TextAlignmentRole: {
+        const int format = m_tree.column(index.column()).format & 0x3;
+        const Qt::Alignment h = format == LVCFMT_CENTER ? Qt::AlignHCenter
+            : format == LVCFMT_RIGHT                    ? Qt::AlignRight
+                                                        : Qt::AlignLeft;
+        return QVariant::fromValue(h | Qt::AlignVCenter);
+    }
+    default:
+        return QVariant();
+    }
+}
+
+QVariant CTreeListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || section < 0 || section >= m_tree.columnCount())
+        return QVariant();
+    if (role == Qt::DisplayRole)
+        return m_tree.column(section).title;
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(Qt::Alignment(Qt::AlignCenter));
+    return QVariant();
+}
+
+Qt::ItemFlags CTreeListModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+}
