@@ -6,7 +6,7 @@
 #include "CISysCode.h"
 #include "CSysCodeData.h"
 #include "QvKsDataMng.h"
-#include "ScnMerge.h"
+#include "SysCodeMerge.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -190,7 +190,7 @@ void BM_ImportScn(benchmark::State& state)
         if (!imported.ImportData(f.scn))
             state.SkipWithError("import failed");
         int counter = 0;
-        MergeScnTree(counter, target, imported);
+        MergeSysCodeTree(counter, &target, &imported, true);
         benchmark::DoNotOptimize(target);
     }
     state.SetItemsProcessed(state.iterations() * 10000);

@@ -38,8 +38,9 @@ void expectIndexMatchesWalk(const CTreeListItemTree& tree)
     collectAll(tree.root(), all);
     for (HTREEITEM item : all) {
         const bool shown = std::find(rows.begin(), rows.end(), item) != rows.end();
-        if (!shown)
+        if (!shown) {
             ASSERT_EQ(tree.rowFromItem(item), -1);
+        }
     }
     EXPECT_EQ(tree.itemFromRow(int(rows.size())), nullptr);
     EXPECT_EQ(tree.itemFromRow(-2), nullptr);
@@ -77,7 +78,7 @@ TEST(ItemTreeTest, SortUsesTheColumnComparison)
     tree.setColumnCompare(
         0, [](HTREEITEM a, HTREEITEM b) { return int(b->cell(0).text.size() - a->cell(0).text.size()); });
     HTREEITEM root = tree.root();
-    for (const QString& text : { "aa", "a", "aaaa", "aaa" })
+    for (const char* text : { "aa", "a", "aaaa", "aaa" })
         tree.insertAt(root, tree.insertPosition(root, TVI_SORT, text), text);
     EXPECT_EQ(childTexts(root), QStringList({ "aaaa", "aaa", "aa", "a" }));
 }

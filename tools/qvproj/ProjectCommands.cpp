@@ -6,7 +6,7 @@
 #include "CSysCodeData.h"
 #include "QvKsDataMng.h"
 #include "QvKsXmlVertion.h"
-#include "ScnMerge.h"
+#include "SysCodeMerge.h"
 
 #include <QDir>
 #include <QFile>
@@ -162,7 +162,7 @@ int Import(
         return fail(err, QvKsDataMng::LastError());
     const int before = countCodes(root);
     int counter = root.GetNodeIndex();
-    MergeScnTree(counter, root, imported);
+    MergeSysCodeTree(counter, &root, &imported, true);
     if (!CISysCode::SetSpecCodeInfos(root, spec))
         return fail(err, QvKsDataMng::LastError());
     out << countCodes(imported) << " codes read from " << file << "; " << countCodes(root) - before
