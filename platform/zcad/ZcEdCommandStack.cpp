@@ -17,6 +17,16 @@ bool sameName(const QString& a, const QString& b)
 {
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
+
+// Global names are the same with or without the leading "_" that marks them.
+bool sameGlobalName(QStringView a, QStringView b)
+{
+    if (a.startsWith(u'_'))
+        a = a.mid(1);
+    if (b.startsWith(u'_'))
+        b = b.mid(1);
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
 } // namespace
 
 ZcEdCommandStack::ZcEdCommandStack() = default;
@@ -54,7 +64,7 @@ ZcEdCommand* ZcEdCommandStack::lookupGlobalCmd(const QString& globalName) const
 {
     // Latest registration first, as a command defined later overrides.
     for (auto it = m_commands.rbegin(); it != m_commands.rend(); ++it)
-        if (sameName((*it)->globalName(), globalName))
+        if (sameGlobalName((*it)->globalName(), globalName))
             return it->get();
     return nullptr;
 }
@@ -72,11 +82,8 @@ ZcEdCommand* ZcEdCommandStack::lookupCmd(const QString& typedName) const
     const QString name = typedName.trimmed();
     if (name.isEmpty())
         return nullptr;
-    if (name.startsWith(u'_')) {
-        if (ZcEdCommand* command = lookupGlobalCmd(name))
-            return command;
-        return lookupGlobalCmd(name.mid(1));
-    }
+    if (name.startsWith(u'_'))
+        return lookupGlobalCmd(name);
     if (ZcEdCommand* command = lookupLocalCmd(name))
         return command;
     return lookupGlobalCmd(name);
