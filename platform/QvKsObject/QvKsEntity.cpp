@@ -48,8 +48,7 @@ QvKsEntity::QvKsEntity(std::unique_ptr<ZcDbEntity> shape)
 QvKsEntity::QvKsEntity(const QvKsEntity& other)
     : ZcDbEntity(other)
     , m_shape(other.m_shape ? other.m_shape->clone() : nullptr)
-{
-}
+{ }
 
 QvKsEntity::~QvKsEntity() = default;
 
@@ -69,7 +68,8 @@ QString QvKsEntity::GetSysCodeIndex() const
 void QvKsEntity::SetSysCodeIndex(const QString& indexPath)
 {
     std::vector<ZcDbXDataValue> values = xData(kAppName);
-    auto first = std::find_if(values.begin(), values.end(), [](const ZcDbXDataValue& v) { return v.isString(); });
+    auto first
+        = std::find_if(values.begin(), values.end(), [](const ZcDbXDataValue& v) { return v.isString(); });
     if (first != values.end())
         first->text = indexPath;
     else

@@ -8,7 +8,8 @@
 
 #include <memory>
 
-class QvKsEntity : public ZcDbEntity {
+class QvKsEntity : public ZcDbEntity
+{
     ZCRX_DECLARE_MEMBERS(QvKsEntity)
 public:
     static const QString kAppName;

@@ -204,11 +204,13 @@ void ZcDbDatabase::setHeaderValues(const QString& dxfVersion, const QString& cod
 
 void ZcDbDatabase::takeContentFrom(ZcDbDatabase& other)
 {
+    // The objects keep the serial number they were made under, and ids inside them
+    // (a reference's block) stay right, so the serial numbers change hands too: ids
+    // of the content replaced now name nothing instead of other objects.
     std::swap(m_content, other.m_content);
-    // Every object now belongs to this database's serial number.
-    for (size_t i = 1; i < m_content->objects.size(); ++i)
-        if (ZcDbObject* object = m_content->objects[i].get())
-            object->placeInDatabase(m_serial, quint32(i), object->ownerId().index());
+    std::swap(m_serial, other.m_serial);
+    liveDatabases().insert(m_serial, this);
+    liveDatabases().insert(other.m_serial, &other);
 }
 
 Zcad::ErrorStatus ZcDbDatabase::readDwgFile(

@@ -7,7 +7,8 @@
 
 namespace {
 // Collects what is printed on the command line while it lives.
-class OutputCapture {
+class OutputCapture
+{
 public:
     OutputCapture()
     {
@@ -22,7 +23,8 @@ private:
     ZcUtOutputSink m_previous;
 };
 
-class DocumentFixture : public ::testing::Test {
+class DocumentFixture : public ::testing::Test
+{
 protected:
     void SetUp() override
     {
@@ -40,8 +42,14 @@ protected:
 };
 
 int g_calls = 0;
-void countCall() { ++g_calls; }
-void pushWithoutPop() { zcDocManagerPtr()->pushResourceHandle(&g_calls); }
+void countCall()
+{
+    ++g_calls;
+}
+void pushWithoutPop()
+{
+    zcDocManagerPtr()->pushResourceHandle(&g_calls);
+}
 void pushAndPop()
 {
     zcDocManagerPtr()->pushResourceHandle(&g_calls);
@@ -127,12 +135,14 @@ TEST(DynamicLinker, RefusesFilesThatAreNoApplicationsOfThisHost)
 {
     ZcRxDynamicLinker* linker = zcrxDynamicLinker();
     EXPECT_FALSE(linker->loadModule(QStringLiteral(QV_TEST_PLUGIN_OLDAPI)));
-    EXPECT_TRUE(linker->lastError().contains(QStringLiteral("0x07E10000"))) << linker->lastError().toStdString();
+    EXPECT_TRUE(linker->lastError().contains(QStringLiteral("0x07E10000")))
+        << linker->lastError().toStdString();
     EXPECT_TRUE(linker->lastError().contains(QStringLiteral("0x07E20028")));
     EXPECT_EQ(zcedRegCmds()->lookupCmd(QStringLiteral("qvfirst")), nullptr) << "never initialised";
 
     EXPECT_FALSE(linker->loadModule(QStringLiteral(QV_NOT_A_PLUGIN)));
-    EXPECT_TRUE(linker->lastError().contains(QStringLiteral("zcrxEntryPoint"))) << linker->lastError().toStdString();
+    EXPECT_TRUE(linker->lastError().contains(QStringLiteral("zcrxEntryPoint")))
+        << linker->lastError().toStdString();
     EXPECT_FALSE(linker->loadModule(QStringLiteral("/nonexistent/app.zrx")));
     EXPECT_FALSE(linker->lastError().isEmpty());
     EXPECT_TRUE(linker->loadedModules().isEmpty());
@@ -140,7 +150,8 @@ TEST(DynamicLinker, RefusesFilesThatAreNoApplicationsOfThisHost)
 
 TEST_F(DocumentFixture, ReactorsHearOfDestructionUntilRemoved)
 {
-    struct Recorder : ZcApDocManagerReactor {
+    struct Recorder : ZcApDocManagerReactor
+    {
         void documentToBeDestroyed(ZcApDocument* doc) override { destroyed.append(doc->fileName()); }
         void documentBecameCurrent(ZcApDocument*) override { ++current; }
         QStringList destroyed;
@@ -218,8 +229,10 @@ TEST(Selection, QueuedSelectionsComeOutInOrderAndCancelsAreReported)
 {
     ZcDbDatabase db;
     ZcDbBlockTableRecord* model = ZcDbBlockTableRecord::cast(db.modelSpaceId().object());
-    const ZcDbObjectId a = model->appendOwned(std::make_unique<ZcDbText>(ZcGePoint3d(0, 0), QStringLiteral("WS")));
-    const ZcDbObjectId b = model->appendOwned(std::make_unique<ZcDbText>(ZcGePoint3d(0, 5), QStringLiteral("1")));
+    const ZcDbObjectId a
+        = model->appendOwned(std::make_unique<ZcDbText>(ZcGePoint3d(0, 0), QStringLiteral("WS")));
+    const ZcDbObjectId b
+        = model->appendOwned(std::make_unique<ZcDbText>(ZcGePoint3d(0, 5), QStringLiteral("1")));
     const ZcDbObjectId erased = model->appendOwned(std::make_unique<ZcDbLine>());
     ZcDbEntity* entity = nullptr;
     ASSERT_EQ(zcdbOpenObject(entity, erased, ZcDb::kForWrite), Zcad::eOk);

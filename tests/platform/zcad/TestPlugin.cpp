@@ -12,7 +12,8 @@
 #endif
 
 namespace {
-class Reactor : public ZcApDocManagerReactor {
+class Reactor : public ZcApDocManagerReactor
+{
 public:
     void documentToBeDestroyed(ZcApDocument* document) override
     {
