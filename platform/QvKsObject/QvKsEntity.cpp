@@ -39,10 +39,7 @@ QvKsEntity::QvKsEntity(std::unique_ptr<ZcDbEntity> shape)
     setColorIndex(m_shape->colorIndex());
     if (m_shape->hasTrueColor())
         setTrueColor(m_shape->trueColor());
-    for (const QString& app : m_shape->xDataApps()) {
-        setXData(app, m_shape->xData(app));
-        m_shape->setXData(app, {});
-    }
+    moveXDataFrom(*m_shape);
 }
 
 QvKsEntity::QvKsEntity(const QvKsEntity& other)

@@ -46,6 +46,9 @@ public:
     void setXData(const QString& appName, std::vector<ZcDbXDataValue> values);
     QStringList xDataApps() const;
     const std::vector<ZcDbXDataApp>* xDataAll() const { return m_xdata.get(); }
+    // Replaces all extended data at once (readers), or takes another object's.
+    void setXDataAll(std::unique_ptr<std::vector<ZcDbXDataApp>> xdata) { m_xdata = std::move(xdata); }
+    void moveXDataFrom(ZcDbObject& other) { m_xdata = std::move(other.m_xdata); }
 
     // Used by the database while it opens and places objects.
     Zcad::ErrorStatus openAs(ZcDb::OpenMode mode, bool openErased);

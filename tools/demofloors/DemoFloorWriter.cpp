@@ -33,8 +33,9 @@ void writeRooms(DxfWriter& writer, const QString& floorName)
     const double length = kRoomWidth * kRoomsPerRow;
     for (int row = 0; row < 2; ++row) {
         const double y = rowY(row);
-        writer.addPolyline({ { 0, y, 0 }, { length, y, 0 }, { length, y + kRoomDepth, 0 }, { 0, y + kRoomDepth, 0 } },
-            true, wall);
+        writer.addPolyline(
+            { { 0, y, 0 }, { length, y, 0 }, { length, y + kRoomDepth, 0 }, { 0, y + kRoomDepth, 0 } }, true,
+            wall);
         for (int i = 0; i < kRoomsPerRow; ++i) {
             const double x = i * kRoomWidth;
             if (i > 0)
@@ -69,7 +70,8 @@ void writeRuns(DxfWriter& writer, const QList<DemoFloorCode>& codes)
             const double x = kRoomWidth * (0.5 + ((c + b * 2) % kRoomsPerRow)) + c * 60.0;
             const bool up = (b + c) % 2 == 0;
             const double end = up ? rowY(1) + kRoomDepth * 0.6 : kRoomDepth * 0.4;
-            writer.addProductEntity(code.indexPath, { { x, y, 0 }, { x, (y + end) / 2, 0 }, { x + 500, end, 0 } }, style);
+            writer.addProductEntity(
+                code.indexPath, { { x, y, 0 }, { x, (y + end) / 2, 0 }, { x + 500, end, 0 } }, style);
         }
         writer.addText({ 400, y + 60, 0 }, code.codeName, 150, { kLabelLayer, 256 });
     }
@@ -93,7 +95,8 @@ bool WriteDemoFloorDrawing(
     writer.registerApp(QStringLiteral("QVKS"));
     writer.beginBlock(kTagBlock);
     writer.addCircle({ -150, 0, 0 }, 100);
-    writer.addAttributeDefinition({ QStringLiteral("房间号"), QStringLiteral("房间号"), QString(), {}, 250, false });
+    writer.addAttributeDefinition(
+        { QStringLiteral("房间号"), QStringLiteral("房间号"), QString(), {}, 250, false });
     writer.addAttributeDefinition(
         { QStringLiteral("面积"), QStringLiteral("面积"), QString(), { 0, -400, 0 }, 250, true });
     writer.endBlock();
@@ -102,7 +105,8 @@ bool WriteDemoFloorDrawing(
     writer.addMText({ 0, -1500, 0 }, QStringLiteral("%1 平面图\\P比例 1:100").arg(floorName), 500, 8000);
     if (!writer.finish() || !file.commit()) {
         if (error)
-            *error = file.errorString().isEmpty() ? QStringLiteral("cannot write %1").arg(filePath) : file.errorString();
+            *error = file.errorString().isEmpty() ? QStringLiteral("cannot write %1").arg(filePath)
+                                                  : file.errorString();
         return false;
     }
     return true;

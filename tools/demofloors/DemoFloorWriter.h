@@ -6,7 +6,8 @@
 #include <QList>
 #include <QString>
 
-struct DemoFloorCode {
+struct DemoFloorCode
+{
     // "%d\%d": the specialty number and the code's node index.
     QString indexPath;
     // The code's name, written beside its runs as a label.
@@ -14,5 +15,5 @@ struct DemoFloorCode {
 };
 
 // False (with `error` set when given) when the file cannot be written.
-bool WriteDemoFloorDrawing(
-    const QString& filePath, const QString& floorName, const QList<DemoFloorCode>& codes, QString* error = nullptr);
+bool WriteDemoFloorDrawing(const QString& filePath, const QString& floorName,
+    const QList<DemoFloorCode>& codes, QString* error = nullptr);

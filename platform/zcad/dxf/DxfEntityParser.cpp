@@ -268,9 +268,7 @@ void DxfEntityParser::applyCommon(ZcDbEntity& entity)
     if (m_trueColor >= 0)
         entity.setTrueColor(quint32(m_trueColor));
     if (m_xdata)
-        for (ZcDbXDataApp& app : *m_xdata)
-            entity.setXData(app.appName, std::move(app.values));
-    m_xdata.reset();
+        entity.setXDataAll(std::move(m_xdata));
 }
 
 std::unique_ptr<ZcDbEntity> DxfEntityParser::buildText()

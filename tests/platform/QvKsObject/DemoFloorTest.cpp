@@ -15,7 +15,8 @@ TEST(DemoFloor, ReadsBackWithProductEntitiesOfEveryCode)
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("1F.dxf"));
     const QList<DemoFloorCode> codes { { QStringLiteral("3\\1"), QStringLiteral("公共照明") },
-        { QStringLiteral("3\\4"), QStringLiteral("应急照明") }, { QStringLiteral("6\\2"), QStringLiteral("综合布线") } };
+        { QStringLiteral("3\\4"), QStringLiteral("应急照明") },
+        { QStringLiteral("6\\2"), QStringLiteral("综合布线") } };
     QString error;
     ASSERT_TRUE(WriteDemoFloorDrawing(path, QStringLiteral("1F"), codes, &error)) << error.toStdString();
 
@@ -51,7 +52,8 @@ TEST(DemoFloor, ReadsBackWithProductEntitiesOfEveryCode)
 TEST(DemoFloor, UnwritablePathFails)
 {
     QString error;
-    EXPECT_FALSE(WriteDemoFloorDrawing(QStringLiteral("/nonexistent/dir/B1.dxf"), QStringLiteral("B1"), {}, &error));
+    EXPECT_FALSE(
+        WriteDemoFloorDrawing(QStringLiteral("/nonexistent/dir/B1.dxf"), QStringLiteral("B1"), {}, &error));
     EXPECT_FALSE(error.isEmpty());
 }
 
@@ -59,8 +61,9 @@ TEST(QvKsEntity, IndexPathIsTheFirstStringOfItsData)
 {
     QvKsEntity entity(std::make_unique<ZcDbLine>(ZcGePoint3d(0, 0), ZcGePoint3d(1, 0)));
     EXPECT_EQ(entity.GetSysCodeIndex(), QString());
-    entity.setXData(QvKsEntity::kAppName, { ZcDbXDataValue::integer(7, 1070), ZcDbXDataValue::string(QStringLiteral("5\\9")),
-                                              ZcDbXDataValue::string(QStringLiteral("x")) });
+    entity.setXData(QvKsEntity::kAppName,
+        { ZcDbXDataValue::integer(7, 1070), ZcDbXDataValue::string(QStringLiteral("5\\9")),
+            ZcDbXDataValue::string(QStringLiteral("x")) });
     EXPECT_EQ(entity.GetSysCodeIndex(), QStringLiteral("5\\9"));
     entity.SetSysCodeIndex(QStringLiteral("5\\10"));
     EXPECT_EQ(entity.GetSysCodeIndex(), QStringLiteral("5\\10"));
