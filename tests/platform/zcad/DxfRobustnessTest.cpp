@@ -92,8 +92,9 @@ TEST(DxfRobustness, GarbageAndFlippedBytesNeverCrash)
             bytes[qsizetype(random() % quint32(bytes.size()))] = char(random() % 256);
         ZcDbDatabase db(false, true);
         const Zcad::ErrorStatus status = read(db, bytes);
-        if (status == Zcad::eOk)
+        if (status == Zcad::eOk) {
             EXPECT_GE(db.objectCount(), 1u);
+        }
     }
     QByteArray garbage(4096, '\0');
     for (char& c : garbage)
