@@ -1,0 +1,60 @@
+#pragma once
+
+// A drawable object of a block (model space, paper space or a block definition):
+// layer and colour for drawing, and the geometric operations the host needs.
+#include "ZcDbExtents.h"
+#include "ZcDbObject.h"
+#include "ZcDbVoidPtrArray.h"
+#include "ZcGeMatrix3d.h"
+
+#include <QString>
+
+// Colour indexes with a meaning of their own.
+constexpr quint16 kZcColorByBlock = 0;
+constexpr quint16 kZcColorByLayer = 256;
+
+#define ZCDB_DECLARE_CLONE(CLASS)                                                                            \
+    ZcDbEntity* clone() const override                                                                       \
+    {                                                                                                        \
+        return new CLASS(*this);                                                                             \
+    }
+
+class ZcDbEntity : public ZcDbObject
+{
+    ZCRX_DECLARE_MEMBERS(ZcDbEntity)
+public:
+    ZcDbEntity();
+    ~ZcDbEntity() override;
+
+    QString layer() const { return m_layer; }
+    Zcad::ErrorStatus setLayer(const QString& layer);
+    // The CAD colour index 0-256 (0 by block, 256 by layer).
+    quint16 colorIndex() const { return m_colorIndex; }
+    Zcad::ErrorStatus setColorIndex(quint16 index);
+    // A true colour 0xRRGGBB set on the entity, overriding the index.
+    bool hasTrueColor() const { return m_trueColor & kHasTrueColor; }
+    quint32 trueColor() const { return m_trueColor & 0xFFFFFF; }
+    void setTrueColor(quint32 rgb) { m_trueColor = (rgb & 0xFFFFFF) | kHasTrueColor; }
+    void clearTrueColor() { m_trueColor = 0; }
+
+    // The block record that holds this entity.
+    ZcDbObjectId blockId() const { return ownerId(); }
+
+    // A copy outside any database (same class, layer, colour, extended data).
+    virtual ZcDbEntity* clone() const = 0;
+    virtual Zcad::ErrorStatus transformBy(const ZcGeMatrix3d& transform);
+    // Appends new entities (owned by the caller, in no database) that together stand
+    // for this one; the drawing is not changed.
+    virtual Zcad::ErrorStatus explode(ZcDbVoidPtrArray& entitySet) const;
+    virtual Zcad::ErrorStatus getGeomExtents(ZcDbExtents& extents) const;
+
+protected:
+    ZcDbEntity(const ZcDbEntity& other);
+
+private:
+    static constexpr quint32 kHasTrueColor = 0x80000000u;
+
+    QString m_layer = QStringLiteral("0");
+    quint32 m_trueColor = 0;
+    quint16 m_colorIndex = kZcColorByLayer;
+};

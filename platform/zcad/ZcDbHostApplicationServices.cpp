@@ -1,0 +1,7 @@
+#include "ZcDbHostApplicationServices.h"
+
+ZcDbHostApplicationServices* zcdbHostApplicationServices()
+{
+    static ZcDbHostApplicationServices* services = new ZcDbHostApplicationServices;
+    return services;
+}

@@ -1,0 +1,125 @@
+#include "ZcDbObject.h"
+
+#include "ZcDbDatabase.h"
+
+#include <algorithm>
+#include <limits>
+
+ZCRX_DEFINE_MEMBERS(ZcDbObject, ZcRxObject)
+
+ZcDbObject::ZcDbObject() = default;
+ZcDbObject::~ZcDbObject() = default;
+
+ZcDbObject::ZcDbObject(const ZcDbObject& other)
+    : ZcRxObject(other)
+    , m_xdata(other.m_xdata ? std::make_unique<std::vector<ZcDbXDataApp>>(*other.m_xdata) : nullptr)
+{ }
+
+ZcDbDatabase* ZcDbObject::database() const
+{
+    return m_databaseSerial ? ZcDbDatabase::fromSerial(m_databaseSerial) : nullptr;
+}
+
+Zcad::ErrorStatus ZcDbObject::erase(bool erasing)
+{
+    if (isDatabaseResident() && !m_writeOpen)
+        return Zcad::eNotOpenForWrite;
+    m_erased = erasing;
+    return Zcad::eOk;
+}
+
+Zcad::ErrorStatus ZcDbObject::openAs(ZcDb::OpenMode mode, bool openErased)
+{
+    if (m_erased && !openErased)
+        return Zcad::eWasErased;
+    switch (mode) {
+    case ZcDb::kForRead:
+        if (m_writeOpen)
+            return Zcad::eWasOpenForWrite;
+        if (m_readers == std::numeric_limits<quint16>::max())
+            return Zcad::eAtMaxReaders;
+        ++m_readers;
+        return Zcad::eOk;
+    case ZcDb::kForWrite:
+        if (m_writeOpen)
+            return Zcad::eWasOpenForWrite;
+        if (m_readers > 0)
+            return Zcad::eWasOpenForRead;
+        m_writeOpen = true;
+        return Zcad::eOk;
+    case ZcDb::kForNotify:
+        return Zcad::eOk;
+    }
+    return Zcad::eInvalidOpenState;
+}
+
+Zcad::ErrorStatus ZcDbObject::close()
+{
+    if (m_writeOpen) {
+        m_writeOpen = false;
+        return Zcad::eOk;
+    }
+    if (m_readers > 0) {
+        --m_readers;
+        return Zcad::eOk;
+    }
+    return isDatabaseResident() ? Zcad::eInvalidOpenState : Zcad::eOk;
+}
+
+void ZcDbObject::placeInDatabase(quint32 databaseSerial, quint32 index, quint32 ownerIndex)
+{
+    m_databaseSerial = databaseSerial;
+    m_index = index;
+    m_ownerIndex = ownerIndex;
+}
+
+std::vector<ZcDbXDataValue> ZcDbObject::xData(const QString& appName) const
+{
+    if (m_xdata)
+        for (const ZcDbXDataApp& app : *m_xdata)
+            if (app.appName.compare(appName, Qt::CaseInsensitive) == 0)
+                return app.values;
+    return {};
+}
+
+void ZcDbObject::setXData(const QString& appName, std::vector<ZcDbXDataValue> values)
+{
+    if (!m_xdata)
+        m_xdata = std::make_unique<std::vector<ZcDbXDataApp>>();
+    auto it = std::find_if(m_xdata->begin(), m_xdata->end(),
+        [&](const ZcDbXDataApp& app) { return app.appName.compare(appName, Qt::CaseInsensitive) == 0; });
+    if (values.empty()) {
+        if (it != m_xdata->end())
+            m_xdata->erase(it);
+    } else if (it != m_xdata->end()) {
+        it->values = std::move(values);
+    } else {
+        m_xdata->push_back({ appName, std::move(values) });
+    }
+    if (m_xdata->empty())
+        m_xdata.reset();
+}
+
+QStringList ZcDbObject::xDataApps() const
+{
+    QStringList names;
+    if (m_xdata)
+        for (const ZcDbXDataApp& app : *m_xdata)
+            names.append(app.appName);
+    return names;
+}
+
+Zcad::ErrorStatus zcdbOpenZcDbObject(
+    ZcDbObject*& object, ZcDbObjectId id, ZcDb::OpenMode mode, bool openErased)
+{
+    object = nullptr;
+    if (id.isNull())
+        return Zcad::eNullObjectId;
+    ZcDbObject* target = id.object();
+    if (!target)
+        return Zcad::eKeyNotFound;
+    const Zcad::ErrorStatus status = target->openAs(mode, openErased);
+    if (status == Zcad::eOk)
+        object = target;
+    return status;
+}

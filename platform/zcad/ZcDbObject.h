@@ -1,0 +1,93 @@
+#pragma once
+
+// An object of a drawing database. Objects in a database are owned by it and are
+// opened with zcdbOpenObject and closed with close(): many readers or one writer
+// at a time. Erased objects stay where they are, marked, and open only when asked
+// for with openErased. Objects outside a database (new ones, exploded pieces) are
+// owned by whoever made them and deleted with delete.
+#include "ZcDbObjectId.h"
+#include "ZcDbXData.h"
+#include "ZcRxObject.h"
+#include "ZcadTypes.h"
+
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+class ZcDbDatabase;
+
+class ZcDbObject : public ZcRxObject
+{
+    ZCRX_DECLARE_MEMBERS(ZcDbObject)
+public:
+    ZcDbObject();
+    ~ZcDbObject() override;
+    ZcDbObject& operator=(const ZcDbObject&) = delete;
+
+    ZcDbObjectId objectId() const { return ZcDbObjectId(m_databaseSerial, m_index); }
+    ZcDbObjectId ownerId() const { return ZcDbObjectId(m_databaseSerial, m_ownerIndex); }
+    ZcDbDatabase* database() const;
+    bool isDatabaseResident() const { return m_index != 0; }
+    quint64 handle() const { return m_handle; }
+    void setHandle(quint64 handle) { m_handle = handle; }
+
+    bool isErased() const { return m_erased; }
+    // Needs the object open for write.
+    Zcad::ErrorStatus erase(bool erasing = true);
+
+    bool isReadEnabled() const { return m_readers > 0 || m_writeOpen; }
+    bool isWriteEnabled() const { return m_writeOpen; }
+    Zcad::ErrorStatus close();
+
+    // The values stored for `appName` (empty when none).
+    std::vector<ZcDbXDataValue> xData(const QString& appName) const;
+    // Replaces the values of `appName`; an empty list removes the application.
+    void setXData(const QString& appName, std::vector<ZcDbXDataValue> values);
+    QStringList xDataApps() const;
+    const std::vector<ZcDbXDataApp>* xDataAll() const { return m_xdata.get(); }
+    // Replaces all extended data at once (readers), or takes another object's.
+    void setXDataAll(std::unique_ptr<std::vector<ZcDbXDataApp>> xdata) { m_xdata = std::move(xdata); }
+    void moveXDataFrom(ZcDbObject& other) { m_xdata = std::move(other.m_xdata); }
+
+    // Used by the database while it opens and places objects.
+    Zcad::ErrorStatus openAs(ZcDb::OpenMode mode, bool openErased);
+    void placeInDatabase(quint32 databaseSerial, quint32 index, quint32 ownerIndex);
+    void setOwnerIndex(quint32 ownerIndex) { m_ownerIndex = ownerIndex; }
+
+protected:
+    // A copy outside any database: extended data and handle-free.
+    ZcDbObject(const ZcDbObject& other);
+    void setErasedFlag(bool erased) { m_erased = erased; }
+
+private:
+    std::unique_ptr<std::vector<ZcDbXDataApp>> m_xdata;
+    quint64 m_handle = 0;
+    quint32 m_databaseSerial = 0;
+    quint32 m_index = 0;
+    quint32 m_ownerIndex = 0;
+    quint16 m_readers = 0;
+    bool m_writeOpen = false;
+    bool m_erased = false;
+};
+
+Zcad::ErrorStatus zcdbOpenZcDbObject(
+    ZcDbObject*& object, ZcDbObjectId id, ZcDb::OpenMode mode, bool openErased);
+
+// Opens the object `id` names as a T: eNotThatKindOfClass (and nothing left open)
+// when it is of another class.
+template <class T>
+Zcad::ErrorStatus zcdbOpenObject(T*& object, ZcDbObjectId id, ZcDb::OpenMode mode, bool openErased = false)
+{
+    object = nullptr;
+    ZcDbObject* raw = nullptr;
+    const Zcad::ErrorStatus status = zcdbOpenZcDbObject(raw, id, mode, openErased);
+    if (status != Zcad::eOk)
+        return status;
+    object = T::cast(raw);
+    if (!object) {
+        raw->close();
+        return Zcad::eNotThatKindOfClass;
+    }
+    return Zcad::eOk;
+}

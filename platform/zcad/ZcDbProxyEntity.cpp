@@ -1,0 +1,3 @@
+#include "ZcDbProxyEntity.h"
+
+ZCRX_DEFINE_MEMBERS(ZcDbProxyEntity, ZcDbEntity)

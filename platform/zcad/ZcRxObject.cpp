@@ -1,0 +1,12 @@
+#include "ZcRxObject.h"
+
+ZcRxClass* ZcRxObject::desc()
+{
+    static ZcRxClass cls(QStringLiteral("ZcRxObject"), nullptr);
+    return &cls;
+}
+
+ZcRxClass* ZcRxObject::isA() const
+{
+    return ZcRxObject::desc();
+}

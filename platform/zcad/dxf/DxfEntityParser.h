@@ -1,0 +1,102 @@
+#pragma once
+
+// Gathers the groups of one DXF entity and makes the database entity from them.
+#include "DxfGroupReader.h"
+#include "ZcDbPolyline.h"
+#include "ZcDbXData.h"
+#include "ZcGePoint3d.h"
+
+#include <QString>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+class DxfTextCodec;
+class ZcDbEntity;
+
+// Shares one QString among equal short texts (layers, applications, index paths),
+// so a drawing of many alike entities stays small.
+class DxfStringPool
+{
+public:
+    explicit DxfStringPool(DxfTextCodec& codec)
+        : m_codec(codec)
+    { }
+    QString get(std::string_view bytes);
+    QString decode(std::string_view bytes);
+
+private:
+    struct Hash
+    {
+        using is_transparent = void;
+        size_t operator()(std::string_view s) const { return std::hash<std::string_view> {}(s); }
+    };
+    DxfTextCodec& m_codec;
+    std::unordered_map<std::string, QString, Hash, std::equal_to<>> m_pool;
+};
+
+class DxfEntityParser
+{
+public:
+    explicit DxfEntityParser(DxfStringPool& strings);
+
+    // Starts an entity of DXF kind `type` (the value of its group 0).
+    void begin(std::string_view type);
+    // Reads the entity's groups up to (not including) the next group 0.
+    void readGroups(DxfGroupReader& reader);
+
+    std::string_view type() const { return m_type; }
+    QString blockName() const;
+    bool followedBySubentities() const { return m_flags66 != 0; }
+    bool inPaperSpace() const { return m_paperSpace; }
+    ZcGePoint3d point10() const { return m_p10; }
+    int flags70() const { return m_flags70; }
+    // For a POLYLINE, the vertex a following VERTEX entity describes.
+    void appendVertexFrom(const DxfEntityParser& vertex);
+
+    // The entity these groups describe; null for kinds that are not kept.
+    std::unique_ptr<ZcDbEntity> build();
+
+private:
+    void take(const DxfGroup& group);
+    void takeXData(const DxfGroup& group);
+    void applyCommon(ZcDbEntity& entity);
+    std::unique_ptr<ZcDbEntity> buildText();
+
+    DxfStringPool& m_strings;
+    std::string_view m_type;
+    bool m_isLwPolyline = false;
+    bool m_embedded = false;
+    quint64 m_handle = 0;
+    std::string_view m_layer;
+    int m_color = 256;
+    qint64 m_trueColor = -1;
+    bool m_paperSpace = false;
+    ZcGePoint3d m_p10;
+    ZcGePoint3d m_p11;
+    bool m_has11 = false;
+    double m_r40 = 0.0;
+    double m_r41 = 1.0;
+    double m_r42 = 1.0;
+    double m_r43 = 1.0;
+    bool m_has41 = false;
+    bool m_has42 = false;
+    double m_a50 = 0.0;
+    double m_a51 = 0.0;
+    double m_elevation = 0.0;
+    std::string_view m_s1;
+    std::string_view m_s2;
+    std::string_view m_s3;
+    std::string m_mtextChunks;
+    int m_flags66 = 0;
+    int m_flags70 = 0;
+    int m_i71 = 0;
+    int m_i72 = 0;
+    int m_i73 = 0;
+    int m_i74 = 0;
+    std::vector<ZcDbPolyline::Vertex> m_vertices;
+    std::unique_ptr<std::vector<ZcDbXDataApp>> m_xdata;
+};

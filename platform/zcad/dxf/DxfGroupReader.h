@@ -1,0 +1,58 @@
+#pragma once
+
+// Splits DXF bytes into groups (a code and its value), from text DXF (LF or CRLF
+// line ends, optional UTF-8 byte-order mark) or binary DXF (one- or two-byte codes).
+// Values stay views into the bytes; numbers are converted only when asked for.
+#include <QString>
+#include <QtGlobal>
+
+#include <string_view>
+
+struct DxfGroup
+{
+    int code = 0;
+    // The value as text (text DXF) or the string value (binary DXF).
+    std::string_view text;
+    // Numbers of binary DXF.
+    double real = 0.0;
+    qint64 integer = 0;
+    bool binaryNumber = false;
+
+    double toDouble(bool* ok = nullptr) const;
+    qint64 toInt(bool* ok = nullptr) const;
+    bool is(std::string_view value) const { return text == value; }
+};
+
+class DxfGroupReader
+{
+public:
+    explicit DxfGroupReader(std::string_view data);
+
+    bool isBinary() const { return m_binary; }
+    // The next group; false at the end of the data or on a malformed group (then
+    // failed() is true and error() says where).
+    bool next(DxfGroup& group);
+    // The group last returned by next() is returned once more by the next call.
+    void pushBack() { m_pushedBack = true; }
+    bool failed() const { return !m_error.isEmpty(); }
+    QString error() const { return m_error; }
+    bool atEnd() const { return !m_pushedBack && m_position >= m_data.size(); }
+    // The line (text DXF) or byte offset (binary DXF) reached.
+    qint64 position() const { return m_binary ? qint64(m_position) : m_line; }
+    size_t bytesLeft() const { return m_data.size() - m_position; }
+
+private:
+    bool nextText(DxfGroup& group);
+    bool nextBinary(DxfGroup& group);
+    bool readLine(std::string_view& line);
+    bool fail(const QString& message);
+
+    std::string_view m_data;
+    size_t m_position = 0;
+    qint64 m_line = 0;
+    bool m_binary = false;
+    bool m_shortCodes = false;
+    bool m_pushedBack = false;
+    DxfGroup m_last;
+    QString m_error;
+};

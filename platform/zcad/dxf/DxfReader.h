@@ -1,0 +1,28 @@
+#pragma once
+
+// Reads a DXF drawing into an empty database: HEADER (version and code page),
+// TABLES (layers, registered applications), BLOCKS and ENTITIES; other sections
+// are skipped. Anything malformed or cut short fails the whole read with a
+// message that says where; the memory used grows with the file, never with the
+// counts written in it.
+#include "ZcadTypes.h"
+
+#include <QString>
+
+#include <string_view>
+
+class ZcDbDatabase;
+
+class DxfReader
+{
+public:
+    Zcad::ErrorStatus read(std::string_view data, ZcDbDatabase& database);
+    QString error() const { return m_error; }
+
+private:
+    struct State;
+
+    Zcad::ErrorStatus fail(Zcad::ErrorStatus status, const QString& message);
+
+    QString m_error;
+};

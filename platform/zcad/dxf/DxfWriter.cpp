@@ -1,0 +1,454 @@
+#include "DxfWriter.h"
+
+#include <QIODevice>
+
+#include <algorithm>
+
+#include <charconv>
+#include <cmath>
+
+namespace {
+constexpr qsizetype kFlushSize = 1 << 20;
+const QString kProductApp = QStringLiteral("QVKS");
+
+const char* versionCode(DxfWriter::Version version)
+{
+    switch (version) {
+    case DxfWriter::Version::R12:
+        return "AC1009";
+    case DxfWriter::Version::R2000:
+        return "AC1015";
+    case DxfWriter::Version::R2018:
+        return "AC1032";
+    }
+    return "AC1015";
+}
+} // namespace
+
+DxfWriter::DxfWriter(QIODevice* device, Version version, const QString& codePage)
+    : m_device(device)
+    , m_version(version)
+    , m_codePage(codePage)
+{
+    m_codec.configure(QString::fromLatin1(versionCode(version)), codePage);
+    m_buffer.reserve(kFlushSize + 4096);
+    m_failed = !device || !device->isWritable();
+}
+
+DxfWriter::~DxfWriter() = default;
+
+void DxfWriter::flush()
+{
+    if (m_buffer.isEmpty() || m_failed)
+        return;
+    if (m_device->write(m_buffer) != m_buffer.size())
+        m_failed = true;
+    m_buffer.clear();
+}
+
+void DxfWriter::group(int code, const QString& value)
+{
+    // A line end inside a value would break the file into a wrong group.
+    QString clean = value;
+    clean.replace(u'\n', u' ').remove(u'\r');
+    group(code, m_codec.encode(clean).constData());
+}
+
+void DxfWriter::group(int code, const char* value)
+{
+    char number[16];
+    const auto end = std::to_chars(number, number + sizeof number, code).ptr;
+    m_buffer.append(number, end - number);
+    m_buffer.append('\n');
+    m_buffer.append(value);
+    m_buffer.append('\n');
+    if (m_buffer.size() >= kFlushSize)
+        flush();
+}
+
+void DxfWriter::group(int code, double value)
+{
+    char number[40];
+    const double finite = std::isfinite(value) ? value : 0.0;
+    const auto result = std::to_chars(number, number + sizeof number - 1, finite);
+    *result.ptr = '\0';
+    group(code, number);
+}
+
+void DxfWriter::groupInt(int code, qint64 value)
+{
+    char number[24];
+    const auto result = std::to_chars(number, number + sizeof number - 1, value);
+    *result.ptr = '\0';
+    group(code, number);
+}
+
+void DxfWriter::point(int code, const ZcGePoint3d& p)
+{
+    group(code, p.x);
+    group(code + 10, p.y);
+    group(code + 20, p.z);
+}
+
+bool DxfWriter::addLayer(const QString& name, int colorIndex, const QString& linetype)
+{
+    if (m_phase != Phase::Tables || m_failed || name.isEmpty())
+        return false;
+    for (Layer& layer : m_layers)
+        if (layer.name.compare(name, Qt::CaseInsensitive) == 0) {
+            layer = { name, colorIndex, linetype };
+            return true;
+        }
+    m_layers.append({ name, colorIndex, linetype });
+    return true;
+}
+
+bool DxfWriter::registerApp(const QString& name)
+{
+    if (m_phase != Phase::Tables || m_failed || name.isEmpty())
+        return false;
+    if (!m_apps.contains(name, Qt::CaseInsensitive))
+        m_apps.append(name);
+    return true;
+}
+
+void DxfWriter::writeHeaderAndTables()
+{
+    if (!m_apps.contains(kProductApp, Qt::CaseInsensitive))
+        m_apps.append(kProductApp);
+    if (!std::any_of(m_layers.begin(), m_layers.end(), [](const Layer& l) { return l.name == u"0"; }))
+        m_layers.prepend({ QStringLiteral("0"), 7, QStringLiteral("Continuous") });
+    group(0, "SECTION");
+    group(2, "HEADER");
+    group(9, "$ACADVER");
+    group(1, versionCode(m_version));
+    group(9, "$DWGCODEPAGE");
+    group(3, m_codePage.toLatin1().constData());
+    group(0, "ENDSEC");
+    group(0, "SECTION");
+    group(2, "TABLES");
+    group(0, "TABLE");
+    group(2, "LAYER");
+    groupInt(70, m_layers.size());
+    for (const Layer& layer : m_layers) {
+        group(0, "LAYER");
+        if (modern()) {
+            group(5, QString::number(m_nextHandle++, 16).toUpper());
+            group(100, "AcDbSymbolTableRecord");
+            group(100, "AcDbLayerTableRecord");
+        }
+        group(2, layer.name);
+        groupInt(70, 0);
+        groupInt(62, layer.color);
+        group(6, layer.linetype);
+    }
+    group(0, "ENDTAB");
+    group(0, "TABLE");
+    group(2, "APPID");
+    groupInt(70, m_apps.size());
+    for (const QString& app : m_apps) {
+        group(0, "APPID");
+        if (modern()) {
+            group(5, QString::number(m_nextHandle++, 16).toUpper());
+            group(100, "AcDbSymbolTableRecord");
+            group(100, "AcDbRegAppTableRecord");
+        }
+        group(2, app);
+        groupInt(70, 0);
+    }
+    group(0, "ENDTAB");
+    group(0, "ENDSEC");
+}
+
+bool DxfWriter::enter(Phase phase)
+{
+    if (m_failed || m_phase == Phase::Done)
+        return false;
+    if (m_phase == phase)
+        return true;
+    if (m_phase == Phase::Tables) {
+        writeHeaderAndTables();
+        group(0, "SECTION");
+        group(2, "BLOCKS");
+        m_phase = Phase::Blocks;
+    }
+    switch (phase) {
+    case Phase::Tables:
+        return false;
+    case Phase::Blocks:
+    case Phase::InBlock:
+        if (m_phase != Phase::Blocks && m_phase != Phase::InBlock)
+            return false;
+        m_phase = phase;
+        return true;
+    case Phase::Entities:
+    case Phase::Done:
+        if (m_phase == Phase::InBlock)
+            return false;
+        if (m_phase == Phase::Blocks) {
+            group(0, "ENDSEC");
+            group(0, "SECTION");
+            group(2, "ENTITIES");
+            m_phase = Phase::Entities;
+        }
+        if (phase == Phase::Done) {
+            group(0, "ENDSEC");
+            group(0, "EOF");
+            m_phase = Phase::Done;
+        }
+        return true;
+    }
+    return false;
+}
+
+bool DxfWriter::beginBlock(const QString& name, const ZcGePoint3d& basePoint)
+{
+    if (name.isEmpty() || m_phase == Phase::InBlock || !enter(Phase::Blocks) || !enter(Phase::InBlock))
+        return false;
+    group(0, "BLOCK");
+    if (modern()) {
+        group(5, QString::number(m_nextHandle++, 16).toUpper());
+        group(100, "AcDbEntity");
+    }
+    group(8, "0");
+    if (modern())
+        group(100, "AcDbBlockBegin");
+    group(2, name);
+    groupInt(70, 0);
+    point(10, basePoint);
+    group(3, name);
+    return true;
+}
+
+bool DxfWriter::endBlock()
+{
+    if (m_phase != Phase::InBlock || m_failed)
+        return false;
+    group(0, "ENDBLK");
+    if (modern()) {
+        group(5, QString::number(m_nextHandle++, 16).toUpper());
+        group(100, "AcDbEntity");
+        group(8, "0");
+        group(100, "AcDbBlockEnd");
+    }
+    m_phase = Phase::Blocks;
+    return true;
+}
+
+void DxfWriter::startEntity(const char* type, const char* subclass, const Style& style)
+{
+    group(0, type);
+    if (modern()) {
+        group(5, QString::number(m_nextHandle++, 16).toUpper());
+        group(100, "AcDbEntity");
+    }
+    group(8, style.layer.isEmpty() ? QStringLiteral("0") : style.layer);
+    if (style.colorIndex != 256)
+        groupInt(62, style.colorIndex);
+    if (modern() && subclass)
+        group(100, subclass);
+}
+
+void DxfWriter::writeXData(const std::vector<ZcDbXDataApp>& xdata)
+{
+    for (const ZcDbXDataApp& app : xdata) {
+        group(1001, app.appName);
+        for (const ZcDbXDataValue& value : app.values) {
+            if (value.isString())
+                group(value.code, value.text);
+            else if (value.isPoint())
+                point(value.code, { value.value[0], value.value[1], value.value[2] });
+            else if (value.code == 1070 || value.code == 1071)
+                groupInt(value.code, value.toInt());
+            else
+                group(value.code, value.value[0]);
+        }
+    }
+}
+
+// Entities go into the open block, or into model space once the blocks are done.
+#define QV_DXF_ENTITY_PHASE()                                                                                \
+    if (m_phase != Phase::InBlock && !enter(Phase::Entities))                                                \
+        return false;
+
+bool DxfWriter::addLine(const ZcGePoint3d& start, const ZcGePoint3d& end, const Style& style,
+    const std::vector<ZcDbXDataApp>& xdata)
+{
+    QV_DXF_ENTITY_PHASE()
+    startEntity("LINE", "AcDbLine", style);
+    point(10, start);
+    point(11, end);
+    writeXData(xdata);
+    return !m_failed;
+}
+
+bool DxfWriter::addPolyline(
+    const QList<ZcGePoint3d>& points, bool closed, const Style& style, const std::vector<ZcDbXDataApp>& xdata)
+{
+    if (points.isEmpty())
+        return false;
+    QV_DXF_ENTITY_PHASE()
+    if (!modern()) {
+        startEntity("POLYLINE", nullptr, style);
+        groupInt(66, 1);
+        point(10, { 0, 0, points.first().z });
+        groupInt(70, closed ? 1 : 0);
+        writeXData(xdata);
+        for (const ZcGePoint3d& p : points) {
+            group(0, "VERTEX");
+            group(8, style.layer);
+            point(10, p);
+        }
+        group(0, "SEQEND");
+        group(8, style.layer);
+        return !m_failed;
+    }
+    startEntity("LWPOLYLINE", "AcDbPolyline", style);
+    groupInt(90, points.size());
+    groupInt(70, closed ? 1 : 0);
+    if (points.first().z != 0.0)
+        group(38, points.first().z);
+    for (const ZcGePoint3d& p : points) {
+        group(10, p.x);
+        group(20, p.y);
+    }
+    writeXData(xdata);
+    return !m_failed;
+}
+
+bool DxfWriter::addCircle(const ZcGePoint3d& center, double radius, const Style& style)
+{
+    QV_DXF_ENTITY_PHASE()
+    startEntity("CIRCLE", "AcDbCircle", style);
+    point(10, center);
+    group(40, radius);
+    return !m_failed;
+}
+
+bool DxfWriter::addArc(
+    const ZcGePoint3d& center, double radius, double startDegrees, double endDegrees, const Style& style)
+{
+    QV_DXF_ENTITY_PHASE()
+    startEntity("ARC", "AcDbCircle", style);
+    point(10, center);
+    group(40, radius);
+    if (modern())
+        group(100, "AcDbArc");
+    group(50, startDegrees);
+    group(51, endDegrees);
+    return !m_failed;
+}
+
+bool DxfWriter::addText(const ZcGePoint3d& position, const QString& text, double height, const Style& style,
+    double rotationDegrees)
+{
+    QV_DXF_ENTITY_PHASE()
+    startEntity("TEXT", "AcDbText", style);
+    point(10, position);
+    group(40, height);
+    group(1, text);
+    if (rotationDegrees != 0.0)
+        group(50, rotationDegrees);
+    if (modern())
+        group(100, "AcDbText");
+    return !m_failed;
+}
+
+bool DxfWriter::addMText(
+    const ZcGePoint3d& position, const QString& contents, double height, double width, const Style& style)
+{
+    QV_DXF_ENTITY_PHASE()
+    startEntity("MTEXT", "AcDbMText", style);
+    point(10, position);
+    group(40, height);
+    group(41, width);
+    groupInt(71, 1);
+    // Long contents go out in chunks of 250 characters, the last in group 1.
+    constexpr qsizetype chunk = 250;
+    qsizetype at = 0;
+    while (contents.size() - at > chunk) {
+        group(3, contents.mid(at, chunk));
+        at += chunk;
+    }
+    group(1, contents.mid(at));
+    return !m_failed;
+}
+
+bool DxfWriter::addAttributeDefinition(const AttributeDefinition& definition, const Style& style)
+{
+    QV_DXF_ENTITY_PHASE()
+    startEntity("ATTDEF", "AcDbText", style);
+    point(10, definition.position);
+    group(40, definition.height);
+    group(1, definition.defaultText);
+    if (modern())
+        group(100, "AcDbAttributeDefinition");
+    group(3, definition.prompt);
+    group(2, definition.tag);
+    groupInt(70, definition.invisible ? 1 : 0);
+    return !m_failed;
+}
+
+void DxfWriter::writeAttribute(const Attribute& attribute, const Style& style)
+{
+    startEntity("ATTRIB", "AcDbText", style);
+    point(10, attribute.position);
+    group(40, attribute.height);
+    group(1, attribute.text);
+    if (modern())
+        group(100, "AcDbAttribute");
+    group(2, attribute.tag);
+    groupInt(70, attribute.invisible ? 1 : 0);
+}
+
+bool DxfWriter::addBlockReference(const QString& blockName, const ZcGePoint3d& position,
+    const QList<Attribute>& attributes, const Style& style, double scale, double rotationDegrees)
+{
+    if (blockName.isEmpty())
+        return false;
+    QV_DXF_ENTITY_PHASE()
+    startEntity("INSERT", "AcDbBlockReference", style);
+    if (!attributes.isEmpty())
+        groupInt(66, 1);
+    group(2, blockName);
+    point(10, position);
+    if (scale != 1.0) {
+        group(41, scale);
+        group(42, scale);
+        group(43, scale);
+    }
+    if (rotationDegrees != 0.0)
+        group(50, rotationDegrees);
+    if (attributes.isEmpty())
+        return !m_failed;
+    for (const Attribute& attribute : attributes)
+        writeAttribute(attribute, style);
+    group(0, "SEQEND");
+    if (modern()) {
+        group(5, QString::number(m_nextHandle++, 16).toUpper());
+        group(100, "AcDbEntity");
+    }
+    group(8, style.layer);
+    return !m_failed;
+}
+
+bool DxfWriter::addProductEntity(
+    const QString& indexPath, const QList<ZcGePoint3d>& points, const Style& style)
+{
+    if (points.size() < 2)
+        return false;
+    const std::vector<ZcDbXDataApp> xdata { { kProductApp, { ZcDbXDataValue::string(indexPath) } } };
+    if (points.size() == 2)
+        return addLine(points[0], points[1], style, xdata);
+    return addPolyline(points, false, style, xdata);
+}
+
+bool DxfWriter::finish()
+{
+    if (m_phase == Phase::InBlock)
+        endBlock();
+    if (!enter(Phase::Done))
+        return false;
+    flush();
+    return !m_failed;
+}

@@ -1,0 +1,125 @@
+#pragma once
+
+// Writes a DXF drawing as it goes: layers and registered applications first, then
+// block definitions, then the entities of model space. The sections come out in
+// the order the calls move through these phases; a call that comes too late (a
+// layer after the first entity, say) fails and changes nothing.
+//
+// Versions: R12 (AC1009), R2000 (AC1015) and R2018 (AC1032). The first two write
+// text in the code page (GBK for "ANSI_936", the default), the last UTF-8.
+#include "DxfTextCodec.h"
+#include "ZcDbXData.h"
+#include "ZcGePoint3d.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <vector>
+
+class QIODevice;
+
+// The layer and colour (256 by layer) of an entity written.
+struct DxfStyle
+{
+    QString layer = QStringLiteral("0");
+    int colorIndex = 256;
+};
+struct DxfAttribute
+{
+    QString tag;
+    QString text;
+    ZcGePoint3d position;
+    double height = 2.5;
+    bool invisible = false;
+};
+struct DxfAttributeDefinition
+{
+    QString tag;
+    QString prompt;
+    QString defaultText;
+    ZcGePoint3d position;
+    double height = 2.5;
+    bool invisible = false;
+};
+
+class DxfWriter
+{
+public:
+    enum class Version { R12, R2000, R2018 };
+
+    using Style = DxfStyle;
+    using Attribute = DxfAttribute;
+    using AttributeDefinition = DxfAttributeDefinition;
+
+    explicit DxfWriter(QIODevice* device, Version version = Version::R2000,
+        const QString& codePage = QStringLiteral("ANSI_936"));
+    ~DxfWriter();
+    DxfWriter(const DxfWriter&) = delete;
+    DxfWriter& operator=(const DxfWriter&) = delete;
+
+    bool addLayer(
+        const QString& name, int colorIndex, const QString& linetype = QStringLiteral("Continuous"));
+    bool registerApp(const QString& name);
+
+    bool beginBlock(const QString& name, const ZcGePoint3d& basePoint = {});
+    bool endBlock();
+
+    bool addLine(const ZcGePoint3d& start, const ZcGePoint3d& end, const Style& style = {},
+        const std::vector<ZcDbXDataApp>& xdata = {});
+    bool addPolyline(const QList<ZcGePoint3d>& points, bool closed, const Style& style = {},
+        const std::vector<ZcDbXDataApp>& xdata = {});
+    bool addCircle(const ZcGePoint3d& center, double radius, const Style& style = {});
+    // Angles in degrees, counter-clockwise.
+    bool addArc(const ZcGePoint3d& center, double radius, double startDegrees, double endDegrees,
+        const Style& style = {});
+    bool addText(const ZcGePoint3d& position, const QString& text, double height, const Style& style = {},
+        double rotationDegrees = 0.0);
+    bool addMText(const ZcGePoint3d& position, const QString& contents, double height, double width,
+        const Style& style = {});
+    bool addAttributeDefinition(const AttributeDefinition& definition, const Style& style = {});
+    bool addBlockReference(const QString& blockName, const ZcGePoint3d& position,
+        const QList<Attribute>& attributes = {}, const Style& style = {}, double scale = 1.0,
+        double rotationDegrees = 0.0);
+    // A product entity: a polyline (a line for two points) carrying the extended
+    // data of "QVKS" whose first string is the index path.
+    bool addProductEntity(
+        const QString& indexPath, const QList<ZcGePoint3d>& points, const Style& style = {});
+
+    // Ends the drawing; false when anything failed or the device did not take it.
+    bool finish();
+    bool hasFailed() const { return m_failed; }
+
+private:
+    enum class Phase { Tables, Blocks, InBlock, Entities, Done };
+
+    bool enter(Phase phase);
+    void writeHeaderAndTables();
+    void startEntity(const char* type, const char* subclass, const Style& style);
+    void writeXData(const std::vector<ZcDbXDataApp>& xdata);
+    void writeAttribute(const Attribute& attribute, const Style& style);
+    void group(int code, const QString& value);
+    void group(int code, const char* value);
+    void group(int code, double value);
+    void groupInt(int code, qint64 value);
+    void point(int code, const ZcGePoint3d& p);
+    void flush();
+    bool modern() const { return m_version != Version::R12; }
+
+    QIODevice* m_device;
+    Version m_version;
+    QString m_codePage;
+    DxfTextCodec m_codec;
+    QByteArray m_buffer;
+    Phase m_phase = Phase::Tables;
+    quint64 m_nextHandle = 0x100;
+    bool m_failed = false;
+    struct Layer
+    {
+        QString name;
+        int color;
+        QString linetype;
+    };
+    QList<Layer> m_layers;
+    QStringList m_apps;
+};
