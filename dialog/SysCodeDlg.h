@@ -95,10 +95,11 @@ public:
     QvKsUiNumEdit m_editScale;
     QString m_strScale = QStringLiteral("1.0");
 
-protected:
     // Context-menu commands (1000-1005). Nothing runs while a name or remark cell
-    // is being edited: the result is then 0.
+    // is being edited: the result is then false.
     virtual bool OnCommand(int commandId);
+
+protected:
     void SetSavedFlags();
 
     // Message map.
