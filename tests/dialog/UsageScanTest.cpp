@@ -102,9 +102,4 @@ TEST_F(UsageScanTest, ErasedEntitiesStillCount)
     EXPECT_TRUE(dlg->IsCodeIndexUsed("3\\1"));
 }
 
-TEST_F(UsageScanTest, NoWorkingDrawingScansNothing)
-{
-    zcdbHostApplicationServices()->setWorkingDatabase(nullptr);
-    EXPECT_TRUE(open()->m_usedCodeIndexes.empty());
-}
 } // namespace
