@@ -233,7 +233,7 @@ HTREEITEM SysCodeDlg::FindRowByFullName(const QString& fullName) const
 const SysCodeRowData* SysCodeDlg::GetRowData(HTREEITEM row) const
 {
     const auto it = m_rowData.find(row);
-    return it == m_rowData.end() ? nullptr : it->second.get();
+    return it == m_rowData.end() ? nullptr : &it->second;
 }
 
 void SysCodeDlg::OnGridDeleteItem(const NMLISTVIEW& info)

@@ -75,7 +75,7 @@ public:
     HTREEITEM m_hDropTarget = nullptr;
     double m_dDragScroll = 0.0;
     QString m_strSelCode;
-    std::map<HTREEITEM, QString> m_mapRowInfo;
+    std::unordered_map<HTREEITEM, QString> m_mapRowInfo;
     std::map<QString, QVector<SQvKsQdInfo>> m_mapQdInfo;
     std::map<QString, QVector<SQvKsDeInfo>> m_mapDeInfo;
     std::vector<std::pair<QString, QString>> m_renames;
@@ -136,6 +136,7 @@ private:
     void BuildChildRecords(CSysCodeData& parent, HTREEITEM row);
 
     QCheckBox* m_checkDispAddedMsg = nullptr;
-    std::unordered_map<HTREEITEM, std::unique_ptr<SysCodeRowData>> m_rowData;
+    // Row data by row; the map's nodes stay put, so each row's item data points at its entry.
+    std::unordered_map<HTREEITEM, SysCodeRowData> m_rowData;
     bool m_bInitialised = false;
 };

@@ -132,9 +132,9 @@ HTREEITEM SysCodeDlg::InsertNodeRow(const CSysCodeData& node, HTREEITEM parent, 
             m_tree.SetItemBackColor(row, kSysCodeGridBkColor, column);
         }
     }
-    auto data = std::make_unique<SysCodeRowData>(SysCodeRowData { node.GetFullName(), node.GetNodeIndex() });
-    m_tree.SetItemData(row, reinterpret_cast<quintptr>(data.get()));
-    m_rowData[row] = std::move(data);
+    SysCodeRowData& data = m_rowData[row];
+    data = SysCodeRowData { node.GetFullName(), node.GetNodeIndex() };
+    m_tree.SetItemData(row, reinterpret_cast<quintptr>(&data));
     if (!node.GetAddedMsg().isEmpty())
         m_mapRowInfo[row] = node.GetAddedMsg();
     m_nMaxIndex = std::max(m_nMaxIndex, node.GetNodeIndex());

@@ -160,6 +160,29 @@ void BM_BareGridSameRows(benchmark::State& state)
 }
 BENCHMARK(BM_BareGridSameRows)->Unit(benchmark::kMillisecond);
 
+// Refilling the grid of an open dialog (store read and rows).
+void BM_DialogRefill(benchmark::State& state)
+{
+    project();
+    SysCodeDlg dlg;
+    dlg.m_strSpec = QStringLiteral("电气");
+    dlg.OnInitDialog();
+    for (auto _ : state)
+        dlg.FillSysCodeTree(QStringLiteral("电气"));
+}
+BENCHMARK(BM_DialogRefill)->Unit(benchmark::kMillisecond);
+
+// The store read alone, part of every opening.
+void BM_StoreRead(benchmark::State& state)
+{
+    project();
+    for (auto _ : state) {
+        CSysCodeData root;
+        benchmark::DoNotOptimize(CISysCode::GetSpecCodeInfos(root, QStringLiteral("电气")));
+    }
+}
+BENCHMARK(BM_StoreRead)->Unit(benchmark::kMillisecond);
+
 void BM_ScanOtherFloors(benchmark::State& state)
 {
     project().writeFloors();
