@@ -94,10 +94,6 @@ TEST_F(SysCodeDlgTest, ColumnsFollowTheSpecialty)
             { "系统编号", "颜色", "管线信息", "水平敷设方式", "垂直敷设方式", "线型样式", "线型字符",
                 "线宽(mm)", "透明度", "备注" },
             { 100, 75, 200, 80, 80, 100, 60, 100, 60, 100 } },
-        { QStringLiteral("弱电"),
-            { "系统编号", "颜色", "管线信息", "水平敷设方式", "垂直敷设方式", "线型样式", "线型字符",
-                "线宽(mm)", "透明度", "备注" },
-            { 100, 75, 200, 80, 80, 100, 60, 100, 60, 100 } },
         { QStringLiteral("给排水"),
             { "系统编号", "颜色", "线型样式", "线型字符", "线宽(mm)", "透明度", "备注" },
             { 100, 115, 120, 60, 120, 60, 120 } },
@@ -133,7 +129,6 @@ TEST_F(SysCodeDlgTest, RowsShowTheCodesOfTheSpecialty)
     EXPECT_EQ(g.GetItemText(wl1, 8), QStringLiteral("10"));
     EXPECT_EQ(g.GetItemText(g.GetChildItem(wl1), 7), QStringLiteral("30")); // width not set
     ASSERT_NE(dlg->GetRowData(wl1), nullptr);
-    EXPECT_EQ(dlg->GetRowData(wl1)->strFullName, QStringLiteral("照明\\WL1"));
     EXPECT_EQ(dlg->GetRowData(wl1)->nNodeIndex, 2);
     EXPECT_EQ(dlg->m_nMaxIndex, 5);
 }
@@ -269,5 +264,21 @@ TEST_F(SysCodeDlgTest, ScreenshotsShowEveryTextWhole)
                     << b->text().toStdString();
         }
     }
+}
+TEST_F(SysCodeDlgTest, PipelineItemsOfEveryFloorAreLoadedOnceByName)
+{
+    ASSERT_TRUE(QvKsDataMng::RunScript(QStringLiteral(R"sql(
+INSERT INTO qd_item(qd_id, floor_id, code, idx, name, sys_code) VALUES
+  (1, 1, '030411001', 1, '配管', '电气\照明'), (2, 1, '', 1, '', ''), (3, 3, '030411004', 1, '配线', '');
+INSERT INTO de_item(de_id, floor_id, qd_id, code, idx, name, sys_code) VALUES
+  (1, 1, 1, '4-12-5', 1, '砖混暗配', '电气\照明'), (2, 1, NULL, '', 1, '', ''), (3, 3, 3, '4-13-1', 1, '穿线', '');
+)sql")));
+    auto dlg = open(QStringLiteral("电气"));
+    ASSERT_EQ(dlg->m_mapQdInfo["B1"].size(), 1); // the nameless item is left out
+    EXPECT_EQ(dlg->m_mapQdInfo["B1"].first().strSysCode, QStringLiteral("电气\\照明"));
+    ASSERT_EQ(dlg->m_mapDeInfo["B1"].size(), 1); // found twice, kept once
+    EXPECT_EQ(dlg->m_mapDeInfo["B1"].first().nQdId, 1);
+    EXPECT_EQ(dlg->m_mapDeInfo["2F"].size(), 1);
+    EXPECT_TRUE(dlg->m_mapQdInfo["1F"].isEmpty());
 }
 } // namespace
