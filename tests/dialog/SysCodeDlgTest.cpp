@@ -73,8 +73,9 @@ TEST_F(SysCodeDlgTest, ControlsStandWhereTheTemplatePutsThem)
         QWidget* w = control(*dlg, c.id);
         ASSERT_NE(w, nullptr) << c.id;
         EXPECT_EQ(w->geometry(), CDialogUnits::ToPixels(c.rect, dlg->font())) << c.id;
-        if (!c.text.isEmpty() && qobject_cast<QAbstractButton*>(w))
+        if (!c.text.isEmpty() && qobject_cast<QAbstractButton*>(w)) {
             EXPECT_EQ(qobject_cast<QAbstractButton*>(w)->text(), c.text);
+        }
     }
     EXPECT_FALSE(control(*dlg, IDC_BTN_CLOUD_IMPORT)->isVisible());
     EXPECT_EQ(dlg->m_editScale.GetMax(), 9999.0);
@@ -259,9 +260,10 @@ TEST_F(SysCodeDlgTest, ScreenshotsShowEveryTextWhole)
         click(*dlg, IDC_BTN_EXPAND_LEVEL);
         EXPECT_TRUE(dlg->grab().save(folder + QLatin1Char('/') + QLatin1String(file)));
         for (QPushButton* b : dlg->findChildren<QPushButton*>()) {
-            if (b->isVisible())
+            if (b->isVisible()) {
                 EXPECT_LE(b->fontMetrics().horizontalAdvance(b->text()), b->width())
                     << b->text().toStdString();
+            }
         }
     }
 }
