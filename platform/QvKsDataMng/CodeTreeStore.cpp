@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QSet>
 
+#include <algorithm>
 #include <sqlite3.h>
 #include <utility>
 #include <vector>
@@ -83,17 +84,29 @@ bool FindSpec(sqlite3* db, const QString& spec, int& specId, int& maxIndex)
 bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error)
 {
     root.DeleteData();
+    // A scan in primary-key order reads the rows straight from the table; sorting
+    // each parent's children by their stored order afterwards is cheaper than
+    // asking the query for that order through the secondary index.
     SqlStatement stmt(db,
         "SELECT node_index, parent_index, name, color, line_width, alpha, line_style, line_string, "
-        "hor_laying, ver_laying, added_msg, describe FROM sys_code WHERE spec_id = ? "
-        "ORDER BY parent_index, ord");
+        "hor_laying, ver_laying, added_msg, describe, ord FROM sys_code WHERE spec_id = ?");
     stmt.Bind(1, specId);
+    struct Row
+    {
+        int parent;
+        int ord;
+        CSysCodeData* node;
+    };
+    std::vector<Row> rows;
+    while (stmt.Next())
+        rows.push_back({ stmt.Int(1), stmt.Int(12), nodeFromRow(stmt) });
+    std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) {
+        return a.parent != b.parent ? a.parent < b.parent : a.ord < b.ord;
+    });
     QHash<int, std::vector<CSysCodeData*>> byParent;
-    std::size_t count = 0;
-    while (stmt.Next()) {
-        byParent[stmt.Int(1)].push_back(nodeFromRow(stmt));
-        ++count;
-    }
+    const std::size_t count = rows.size();
+    for (const Row& row : rows)
+        byParent[row.parent].push_back(row.node);
     if (!stmt.Done()) {
         for (auto& list : byParent)
             for (CSysCodeData* node : list)
