@@ -101,6 +101,13 @@ DisplayListBuilder::DisplayListBuilder(
     , m_settings(settings)
 { }
 
+QColor DisplayListBuilder::LayerColor(const ZcDbLayerTableRecord* layer)
+{
+    if (layer && layer->hasTrueColor)
+        return QColor::fromRgb(QRgb(layer->trueColor));
+    return AciColor(layer ? layer->colorIndex : 7);
+}
+
 QColor DisplayListBuilder::AciColor(int index)
 {
     if (index == 7)
@@ -137,8 +144,10 @@ DisplayListBuilder::Look DisplayListBuilder::LookOf(
     if (const QvKsEntity* product = QvKsEntity::cast(&entity)) {
         if (const QvKsCodeStyle* style = m_styles.Find(product->GetSysCodeIndex())) {
             Look look = ProductLook(*style);
+            // Shown by layer, a product entity takes its layer's colour: the layer
+            // manager gives every code's layer the code's colour.
             if (!m_settings.colorBySystem)
-                look.color = LookOf(*product->shape(), database, blockLook).color;
+                look.color = LayerColor(database ? database->layer(entity.layer()) : nullptr);
             return look;
         }
     }
@@ -150,10 +159,8 @@ DisplayListBuilder::Look DisplayListBuilder::LookOf(
         look.color = blockLook.color;
     else if (entity.colorIndex() != kZcColorByLayer)
         look.color = AciColor(entity.colorIndex());
-    else if (layer && layer->hasTrueColor)
-        look.color = QColor::fromRgb(QRgb(layer->trueColor));
     else
-        look.color = AciColor(layer ? layer->colorIndex : 7);
+        look.color = LayerColor(layer);
     return look;
 }
 

@@ -9,6 +9,7 @@
 
 class ZcDbDatabase;
 class ZcDbEntity;
+struct ZcDbLayerTableRecord;
 class LineTypeMgr;
 class QvKsCodeStyles;
 struct QvKsCodeStyle;
@@ -31,6 +32,8 @@ public:
 
     // The colour of CAD colour index 1..255 on a dark background (7 is white).
     static QColor AciColor(int index);
+    // A layer's own colour (white for a missing layer).
+    static QColor LayerColor(const ZcDbLayerTableRecord* layer);
 
 private:
     struct Look

@@ -16,7 +16,6 @@
 #include <QTimer>
 
 #include <cstdio>
-#include <cstring>
 
 namespace {
 void PrintError(const QString& text)
@@ -25,13 +24,10 @@ void PrintError(const QString& text)
 }
 } // namespace
 
-void HostApp::PreparePlatform(int argc, char** argv)
+void HostApp::PreparePlatform(const QStringList& arguments)
 {
-    for (int i = 1; i < argc; ++i)
-        if (std::strcmp(argv[i], "--script") == 0) {
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-            return;
-        }
+    if (arguments.contains(QStringLiteral("--script")))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
 QString HostApp::DefaultPlugin()

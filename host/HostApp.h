@@ -12,7 +12,7 @@ public:
     enum ExitCode { kOk = 0, kScriptFailed = 1, kBadArguments = 2, kBadProject = 3, kBadPlugin = 4 };
 
     // Before the application object exists: a script runs on the offscreen platform.
-    static void PreparePlatform(int argc, char** argv);
+    static void PreparePlatform(const QStringList& arguments);
     // The module built beside the host, when it is there.
     static QString DefaultPlugin();
 

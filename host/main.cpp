@@ -7,7 +7,12 @@
 
 int main(int argc, char** argv)
 {
-    HostApp::PreparePlatform(argc, argv);
-    QApplication app(argc, argv);
-    return HostApp().Run(app.arguments());
+    // The host's options are read here: Qt would take "--plugin" as its own.
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    HostApp::PreparePlatform(arguments);
+    int qtArgc = 1;
+    QApplication app(qtArgc, argv);
+    return HostApp().Run(arguments);
 }
