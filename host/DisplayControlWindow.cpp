@@ -1,13 +1,13 @@
 #include "DisplayControlWindow.h"
 
-#include "QvKsCodeStyles.h"
+#include "CISysCode.h"
+#include "CSysCodeData.h"
 #include "WinMessage.h"
 
 #include <QListWidget>
 #include <QPixmap>
 #include <QVBoxLayout>
 
-#include <algorithm>
 
 DisplayControlWindow::DisplayControlWindow(QWidget* parent)
     : QWidget(parent, Qt::Tool)
@@ -24,18 +24,23 @@ DisplayControlWindow::DisplayControlWindow(QWidget* parent)
 void DisplayControlWindow::Reload()
 {
     ++m_reloads;
-    QvKsCodeStyles styles;
-    styles.Reload();
-    std::vector<std::pair<QString, COLORREF>> rows;
-    for (const QvKsCodeStyle& style : styles.All())
-        rows.emplace_back(style.spec + u'\\' + style.fullName, style.color);
-    std::sort(rows.begin(), rows.end());
     m_list->clear();
-    for (const auto& [name, color] : rows) {
+    for (const QString& spec : CISysCode::GetAllSpecNames()) {
+        CSysCodeData root;
+        if (CISysCode::GetSpecCodeInfos(root, spec))
+            AddCodes(spec, root);
+    }
+}
+
+void DisplayControlWindow::AddCodes(const QString& spec, const CSysCodeData& node)
+{
+    for (const CSysCodeData* child : node.GetChildren()) {
+        const COLORREF color = child->GetMfcColor();
         QPixmap swatch(12, 12);
         swatch.fill(QColor(int(color & 0xFF), int((color >> 8) & 0xFF), int((color >> 16) & 0xFF)));
-        auto* item = new QListWidgetItem(QIcon(swatch), name, m_list);
+        auto* item = new QListWidgetItem(QIcon(swatch), spec + u'\\' + child->GetFullName(), m_list);
         item->setCheckState(Qt::Checked);
+        AddCodes(spec, *child);
     }
 }
 

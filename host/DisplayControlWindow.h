@@ -1,10 +1,11 @@
 #pragma once
 
-// The tool window titled "显示控制": the system codes of every specialty with
-// their colours, reloaded from the store when the window receives message 7034
+// The tool window titled "显示控制": the system codes of every specialty (in the
+// project's order, parents before children) with their colours, reloaded from the store when the window receives message 7034
 // (sent after the codes were saved). Object names "codeList".
 #include <QWidget>
 
+class CSysCodeData;
 class QListWidget;
 
 class DisplayControlWindow : public QWidget
@@ -23,6 +24,8 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    void AddCodes(const QString& spec, const CSysCodeData& node);
+
     QListWidget* m_list;
     int m_reloads = 0;
 };
