@@ -33,6 +33,8 @@ public:
     // boxed, possibly nothing) or Escape (false).
     bool RunSelection(std::vector<ZcDbObjectId>& picked);
     bool IsSelecting() const { return m_loop != nullptr; }
+    // Ends a running selection as if Escape was pressed.
+    void CancelSelection() { FinishSelection(false); }
     // The entities a box in drawing coordinates selects; from right to left
     // (x1 > x2) it is a crossing box.
     std::vector<ZcDbObjectId> SelectBox(const QPointF& first, const QPointF& second) const;

@@ -183,6 +183,7 @@ void HostWindow::UpdateStatus()
 
 void HostWindow::closeEvent(QCloseEvent* event)
 {
+    m_view->CancelSelection();
     m_quit = true;
     Q_EMIT quitRequested();
     event->accept();
