@@ -26,8 +26,12 @@ void PrintError(const QString& text)
 
 void HostApp::PreparePlatform(const QStringList& arguments)
 {
-    if (arguments.contains(QStringLiteral("--script")))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!arguments.contains(QStringLiteral("--script")))
+        return;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The offscreen platform's notes on window hints say nothing to a script's reader.
+    if (qEnvironmentVariableIsEmpty("QT_LOGGING_RULES"))
+        qputenv("QT_LOGGING_RULES", "qt.*.warning=false;default.warning=false");
 }
 
 QString HostApp::DefaultPlugin()
