@@ -2,7 +2,8 @@
 
 // The command line: the history of commands and of everything printed with
 // zcutPrintf, and an input line whose text is submitted with Enter (or a blank,
-// as the command loop splits words). Object names "commandHistory",
+// as the command loop splits words). Up and Down recall earlier input; Enter on
+// an empty line repeats the last command. Object names "commandHistory",
 // "commandInput".
 #include <QWidget>
 
@@ -23,9 +24,15 @@ public:
 Q_SIGNALS:
     void submitted(const QString& text);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void OnReturn();
+    void Recall(int step);
 
     QPlainTextEdit* m_history;
     QLineEdit* m_input;
+    QStringList m_entered;
+    qsizetype m_recall = 0;
 };

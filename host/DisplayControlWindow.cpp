@@ -8,7 +8,6 @@
 #include <QPixmap>
 #include <QVBoxLayout>
 
-
 DisplayControlWindow::DisplayControlWindow(QWidget* parent)
     : QWidget(parent, Qt::Tool)
     , m_list(new QListWidget(this))

@@ -1,8 +1,8 @@
 #pragma once
 
 // The tool window titled "显示控制": the system codes of every specialty (in the
-// project's order, parents before children) with their colours, reloaded from the store when the window receives message 7034
-// (sent after the codes were saved). Object names "codeList".
+// project's order, parents before children) with their colours, reloaded from the store when the window
+// receives message 7034 (sent after the codes were saved). Object names "codeList".
 #include <QWidget>
 
 class CSysCodeData;

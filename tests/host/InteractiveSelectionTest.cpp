@@ -1,6 +1,7 @@
 // zcedSSGet with nothing queued: the user boxes entities in the drawing view.
 #include "HostFixture.h"
 
+#include <QLineEdit>
 #include <QTest>
 #include <QTimer>
 
@@ -71,4 +72,19 @@ TEST_F(HostFixture, EscapeCancelsTheSelection)
     window->RunCommandText(QStringLiteral("qvhtest "));
     EXPECT_TRUE(History().contains(QStringLiteral("[qvhtest] cancelled")));
     EXPECT_FALSE(view->IsSelecting());
+}
+
+TEST_F(HostFixture, TypedCommandsRunAndAreRecalledWithUpAndRepeatedWithEnter)
+{
+    QLineEdit* input = window->CommandLine()->Input();
+    QTest::keyClicks(input, "qvhtest");
+    WhenSelecting(window->View(), [&] { QTest::keyClick(window->View(), Qt::Key_Escape); });
+    QTest::keyClick(input, Qt::Key_Return);
+    EXPECT_EQ(History().count(QStringLiteral("[qvhtest] cancelled")), 1);
+    QTest::keyClick(input, Qt::Key_Up);
+    EXPECT_EQ(input->text(), QStringLiteral("qvhtest"));
+    input->clear();
+    WhenSelecting(window->View(), [&] { QTest::keyClick(window->View(), Qt::Key_Escape); });
+    QTest::keyClick(input, Qt::Key_Return);
+    EXPECT_EQ(History().count(QStringLiteral("[qvhtest] cancelled")), 2);
 }
