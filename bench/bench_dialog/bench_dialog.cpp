@@ -1,0 +1,212 @@
+// Opening the management dialog on a specialty of about 10,000 codes (store read,
+// fill and first paint) against filling the bare grid with the same rows; and the
+// usage scan of ten other floors' drawings of about 20 MB each.
+#include "CISysCode.h"
+#include "CSysCodeData.h"
+#include "CTreeListCtrl.h"
+#include "CtrlId.h"
+#include "DxfWriter.h"
+#include "QvKsDataMng.h"
+#include "Resource.h"
+#include "SysCodeColumns.h"
+#include "SysCodeDlg.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
+
+#include <memory>
+
+namespace {
+constexpr int kTop = 10;
+constexpr int kMiddle = 30; // per top code
+constexpr int kLeaves = 32; // per middle code: 10 + 300 + 9,600 = 9,910 codes
+constexpr int kFloors = 10;
+constexpr qint64 kFloorBytes = 20LL * 1024 * 1024;
+
+CSysCodeData* addCode(CSysCodeData& parent, const QString& name, int colour)
+{
+    auto* node = new CSysCodeData;
+    node->SetNodeName(name);
+    node->SetMfcColor(COLORREF(colour * 2654435761u) & 0xFFFFFF);
+    node->SetLineWidth(30);
+    node->SetLineStyle(QStringLiteral("按字符"));
+    node->SetLineString(QStringLiteral("WL"));
+    node->SetAddedMsg(QStringLiteral("电气\\配管\\SC%1").arg(colour % 50));
+    node->SetDescribe(QStringLiteral("备注%1").arg(colour));
+    int counter = 0;
+    parent.AddDataToChild(counter, node, false);
+    return node;
+}
+
+CSysCodeData makeTree()
+{
+    CSysCodeData root;
+    int n = 0;
+    for (int t = 0; t < kTop; ++t) {
+        CSysCodeData* top = addCode(root, QStringLiteral("系统%1").arg(t), ++n);
+        for (int m = 0; m < kMiddle; ++m) {
+            CSysCodeData* middle = addCode(*top, QStringLiteral("WL%1").arg(m), ++n);
+            for (int l = 0; l < kLeaves; ++l)
+                addCode(*middle, QStringLiteral("回路%1").arg(l), ++n);
+        }
+    }
+    return root;
+}
+
+// The project every benchmark works on, made once.
+struct BenchProject
+{
+    QTemporaryDir dir;
+    CSysCodeData tree;
+    qint64 floorBytes = 0;
+
+    BenchProject()
+    {
+        QvKsDataMng::CreateProject(dir.path(), QStringLiteral("基准"));
+        QString sql = QStringLiteral("INSERT INTO spec(spec_id, name, ord) VALUES (3, '电气', 1);"
+                                     "UPDATE meta SET value = '电气' WHERE key = 'current_spec';"
+                                     "UPDATE meta SET value = 'F0' WHERE key = 'current_floor';");
+        for (int f = 0; f <= kFloors; ++f)
+            sql += QStringLiteral(
+                "INSERT INTO floor(floor_id, name, ord, dwg_file) VALUES (%1, 'F%1', %1, 'F%1.dxf');")
+                       .arg(f);
+        QvKsDataMng::RunScript(sql);
+        CSysCodeData root = makeTree();
+        CISysCode::SetSpecCodeInfos(root, QStringLiteral("电气"));
+        CISysCode::GetSpecCodeInfos(tree, QStringLiteral("电气"));
+    }
+
+    void writeFloors()
+    {
+        if (floorBytes > 0)
+            return;
+        for (int f = 1; f <= kFloors; ++f) {
+            QFile file(dir.filePath(QStringLiteral("F%1.dxf").arg(f)));
+            file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+            DxfWriter writer(&file);
+            writer.registerApp(QStringLiteral("QVKS"));
+            for (int i = 0; file.size() < kFloorBytes; ++i) {
+                const double y = i * 10.0;
+                writer.addProductEntity(QStringLiteral("3\\%1").arg(f * 100000 + i),
+                    { ZcGePoint3d(0, y, 0), ZcGePoint3d(500, y, 0), ZcGePoint3d(500, y + 5, 0) });
+            }
+            writer.finish();
+            file.close();
+            floorBytes += QFileInfo(file.fileName()).size();
+        }
+    }
+};
+
+BenchProject& project()
+{
+    static BenchProject p;
+    return p;
+}
+
+void fillBareGrid(CTreeListCtrl& grid, const CSysCodeData& node, HTREEITEM parent)
+{
+    for (const CSysCodeData* child : node.GetChildren()) {
+        const QStringList texts = SysCodeCellTexts(*child, true);
+        HTREEITEM row = grid.InsertItem(texts.at(0), parent);
+        for (int c = 0; c < kSysCodeColumnCount; ++c) {
+            if (c > 0)
+                grid.SetItemText(row, texts.at(c), c);
+            grid.SetItemBackColor(row, c == kColColor ? child->GetMfcColor() : kSysCodeGridBkColor, c);
+        }
+        grid.SetItemColor(row, child->GetMfcColor(), kColColor);
+        fillBareGrid(grid, *child, row);
+    }
+}
+
+void BM_OpenDialog(benchmark::State& state)
+{
+    project();
+    for (auto _ : state) {
+        SysCodeDlg dlg;
+        dlg.m_strSpec = QStringLiteral("电气");
+        dlg.OnInitDialog();
+        dlg.show();
+        QApplication::processEvents();
+        dlg.grab();
+        benchmark::DoNotOptimize(dlg.m_tree.GetItemCount());
+    }
+    state.counters["codes"] = 9910;
+}
+BENCHMARK(BM_OpenDialog)->Unit(benchmark::kMillisecond);
+
+void BM_BareGridSameRows(benchmark::State& state)
+{
+    const CSysCodeData& tree = project().tree;
+    QSize gridSize;
+    {
+        SysCodeDlg probe;
+        gridSize = GetDlgItem(&probe, IDC_TREE_SYSCODE)->size();
+    }
+    for (auto _ : state) {
+        CTreeListCtrl grid;
+        grid.resize(gridSize);
+        for (const SysCodeColumnInfo& c : SysCodeColumnSet(true))
+            grid.InsertColumn(c.logical, c.title, c.format, c.width);
+        fillBareGrid(grid, tree, TVI_ROOT);
+        grid.show();
+        QApplication::processEvents();
+        grid.grab();
+        benchmark::DoNotOptimize(grid.GetItemCount());
+    }
+}
+BENCHMARK(BM_BareGridSameRows)->Unit(benchmark::kMillisecond);
+
+// Refilling the grid of an open dialog (store read and rows).
+void BM_DialogRefill(benchmark::State& state)
+{
+    project();
+    SysCodeDlg dlg;
+    dlg.m_strSpec = QStringLiteral("电气");
+    dlg.OnInitDialog();
+    for (auto _ : state)
+        dlg.FillSysCodeTree(QStringLiteral("电气"));
+}
+BENCHMARK(BM_DialogRefill)->Unit(benchmark::kMillisecond);
+
+// The store read alone, part of every opening.
+void BM_StoreRead(benchmark::State& state)
+{
+    project();
+    for (auto _ : state) {
+        CSysCodeData root;
+        benchmark::DoNotOptimize(CISysCode::GetSpecCodeInfos(root, QStringLiteral("电气")));
+    }
+}
+BENCHMARK(BM_StoreRead)->Unit(benchmark::kMillisecond);
+
+void BM_ScanOtherFloors(benchmark::State& state)
+{
+    project().writeFloors();
+    for (auto _ : state) {
+        SysCodeDlg dlg;
+        dlg.m_bOtherFloorsScanned = false;
+        dlg.ScanOtherFloors();
+        benchmark::DoNotOptimize(dlg.m_usedCodeIndexes.size());
+    }
+    state.SetBytesProcessed(state.iterations() * project().floorBytes);
+    state.counters["MB"] = double(project().floorBytes) / (1024 * 1024);
+}
+BENCHMARK(BM_ScanOtherFloors)->Unit(benchmark::kSecond)->Iterations(2);
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_LOGGING_RULES", "default.warning=false");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    QvKsDataMng::CloseProject();
+    return 0;
+}

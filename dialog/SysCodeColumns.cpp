@@ -1,0 +1,89 @@
+#include "SysCodeColumns.h"
+
+#include "CSysCodeData.h"
+#include "TreeListTypes.h"
+
+namespace {
+struct ColumnWidths
+{
+    int all; // with the pipeline columns
+    int seven; // without them; 0 = hidden
+};
+
+// Titles and widths in logical order.
+const QStringList& columnTitles()
+{
+    static const QStringList titles = { QStringLiteral("系统编号"), QStringLiteral("颜色"),
+        QStringLiteral("管线信息"), QStringLiteral("水平敷设方式"), QStringLiteral("垂直敷设方式"),
+        QStringLiteral("线型样式"), QStringLiteral("线型字符"), QStringLiteral("线宽(mm)"),
+        QStringLiteral("透明度"), QStringLiteral("备注") };
+    return titles;
+}
+
+constexpr ColumnWidths kWidths[kSysCodeColumnCount] = {
+    { 100, 100 },
+    { 75, 115 },
+    { 200, 0 },
+    { 80, 0 },
+    { 80, 0 },
+    { 100, 120 },
+    { 60, 60 },
+    { 100, 120 },
+    { 60, 60 },
+    { 100, 120 },
+};
+
+bool isPipeColumn(int logical)
+{
+    return logical == kColPipeInfo || logical == kColHorLaying || logical == kColVerLaying;
+}
+
+// The width as "%g" writes it; an unset width (-1) shows the row kind's default.
+QString lineWidthText(double width, bool withPipeColumns)
+{
+    const QString text = QString::asprintf("%g", width);
+    if (text == QLatin1String("-1"))
+        return withPipeColumns ? QStringLiteral("30") : QStringLiteral("1");
+    return text;
+}
+} // namespace
+
+QList<SysCodeColumnInfo> SysCodeColumnSet(bool withPipeColumns)
+{
+    QList<SysCodeColumnInfo> columns;
+    for (int logical = 0; logical < kSysCodeColumnCount; ++logical) {
+        if (!withPipeColumns && isPipeColumn(logical))
+            continue;
+        const int width = withPipeColumns ? kWidths[logical].all : kWidths[logical].seven;
+        columns.append({ logical, columnTitles().at(logical), width,
+            logical == kColName ? LVCFMT_LEFT : LVCFMT_CENTER });
+    }
+    return columns;
+}
+
+int SysCodeVisibleColumn(int logical, bool withPipeColumns)
+{
+    if (logical < 0 || logical >= kSysCodeColumnCount)
+        return -1;
+    if (withPipeColumns)
+        return logical;
+    if (isPipeColumn(logical))
+        return -1;
+    return logical < kColPipeInfo ? logical : logical - 3;
+}
+
+QString PipeInfoDisplayText(const QString& pipeInfoPath)
+{
+    return pipeInfoPath.section(QLatin1Char('\\'), -1);
+}
+
+QStringList SysCodeCellTexts(const CSysCodeData& node, bool withPipeColumns)
+{
+    QStringList texts;
+    texts.reserve(kSysCodeColumnCount);
+    texts << node.GetNodeName() << QString() << PipeInfoDisplayText(node.GetAddedMsg())
+          << node.GetHorLayingMode() << node.GetVerLayingMode() << node.GetLineStyle() << node.GetLineString()
+          << lineWidthText(node.GetLineWidth(), withPipeColumns) << QString::asprintf("%d", node.GetAlpha())
+          << node.GetDescribe();
+    return texts;
+}

@@ -1,0 +1,248 @@
+#include "SysCodeDlg.h"
+
+#include "CDialogUnits.h"
+#include "CProj.h"
+#include "CTreeListEdit.h"
+#include "CtrlId.h"
+#include "DialogTemplate.h"
+#include "Resource.h"
+#include "Specialty.h"
+#include "SysCodeIcon.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+
+SysCodeDlg::SysCodeDlg(QWidget* parent)
+    : QDialog(parent)
+{
+    const DialogTemplate& t = SysCodeDlgTemplate();
+    setWindowTitle(t.caption);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setSizeGripEnabled(true);
+    CreateControls();
+    BuildMessageMap();
+}
+
+SysCodeDlg::~SysCodeDlg()
+{
+    // The grid tells about every row it drops; the map must not hear of them late.
+    disconnect(&m_tree, nullptr, this, nullptr);
+    ClearClipboard();
+}
+
+int SysCodeDlg::DoModal()
+{
+    if (!m_bInitialised)
+        OnInitDialog();
+    return exec() == QDialog::Accepted ? IDOK : IDCANCEL;
+}
+
+QWidget* SysCodeDlg::CreateControl(int kind, const QString& text)
+{
+    switch (static_cast<ControlKind>(kind)) {
+    case ControlKind::PushButton:
+        return new QPushButton(text, this);
+    case ControlKind::DefPushButton: {
+        auto* button = new QPushButton(text, this);
+        button->setDefault(true);
+        return button;
+    }
+    case ControlKind::Static:
+        return new QLabel(text, this);
+    case ControlKind::CheckBox:
+        return m_checkDispAddedMsg = new QCheckBox(text, this);
+    case ControlKind::ListBox:
+        m_specList.setParent(this);
+        return &m_specList;
+    case ControlKind::ListView:
+        m_tree.setParent(this);
+        return &m_tree;
+    case ControlKind::NumEdit:
+        m_editScale.setParent(this);
+        return &m_editScale;
+    }
+    return nullptr;
+}
+
+// Every control of the template at its place, in pixels of the dialog's font.
+void SysCodeDlg::CreateControls()
+{
+    const DialogTemplate& t = SysCodeDlgTemplate();
+    const QSize base = CDialogUnits::BaseUnits(font());
+    for (const ControlTemplate& c : t.controls) {
+        QWidget* w = CreateControl(int(c.kind), c.text);
+        if (!w)
+            continue;
+        if (c.id == IDC_TREE_SYSCODE)
+            m_tree.SetDlgCtrlID(c.id);
+        else
+            SetDlgCtrlID(w, c.id);
+        w->setGeometry(CDialogUnits::ToPixels(c.rect, base));
+        if (!c.visible)
+            w->setVisible(false);
+    }
+    const QRect client = CDialogUnits::ToPixels(QRect(QPoint(0, 0), t.size), base);
+    resize(client.size());
+}
+
+void SysCodeDlg::AnchorControls()
+{
+    m_layout.Attach(this);
+    for (const ControlTemplate& c : SysCodeDlgTemplate().controls) {
+        if (c.anchors != 0)
+            m_layout.AddAnchor(c.id, UINT(c.anchors));
+    }
+    m_layout.SetMinTrackSize(size());
+}
+
+// Which handler each control's notification reaches.
+void SysCodeDlg::BuildMessageMap()
+{
+    struct ButtonEntry
+    {
+        int id;
+        void (SysCodeDlg::*handler)();
+    };
+    // Batch modification, clearing pipeline information, import and export join
+    // this table with their handlers.
+    static const ButtonEntry buttons[] = {
+        { IDC_BTN_OK, &SysCodeDlg::OnOK },
+        { IDC_BTN_CANCEL, &SysCodeDlg::reject },
+        { IDC_BTN_EXPAND_LEVEL, &SysCodeDlg::OnExpandLevel },
+        { IDC_BTN_COLLAPSE_LEVEL, &SysCodeDlg::OnCollapseLevel },
+    };
+    for (const ButtonEntry& entry : buttons) {
+        auto* button = qobject_cast<QAbstractButton*>(GetDlgItem(this, entry.id));
+        if (button)
+            connect(button, &QAbstractButton::clicked, this, entry.handler);
+    }
+    connect(&m_specList, &QListWidget::currentRowChanged, this, [this] {
+        if (m_bInitialised)
+            OnSpecSelChange();
+    });
+    connect(&m_tree, &CTreeListCtrl::itemDeleted, this, &SysCodeDlg::OnGridDeleteItem);
+}
+
+void SysCodeDlg::UpdateData(bool bSaveAndValidate)
+{
+    if (bSaveAndValidate) {
+        if (QListWidgetItem* item = m_specList.currentItem())
+            m_strSpec = item->text();
+        if (m_checkDispAddedMsg)
+            m_nDispAddedMsg = m_checkDispAddedMsg->isChecked() ? 1 : 0;
+        return;
+    }
+    const QList<QListWidgetItem*> found = m_specList.findItems(m_strSpec, Qt::MatchExactly);
+    if (!found.isEmpty() && m_specList.currentItem() != found.first()) {
+        const QSignalBlocker blocker(&m_specList);
+        m_specList.setCurrentItem(found.first());
+    }
+    if (m_checkDispAddedMsg)
+        m_checkDispAddedMsg->setChecked(m_nDispAddedMsg != 0);
+}
+
+bool SysCodeDlg::IsElectrical() const
+{
+    return IsElectricalSpec(m_strSpec);
+}
+
+void SysCodeDlg::SetSavedFlags()
+{
+    m_bModified = false;
+    m_bColorChanged = true;
+}
+
+bool SysCodeDlg::OnCommand(int commandId)
+{
+    CTreeListEditorBase* editor = m_tree.GetActiveEditor();
+    if (editor && editor == m_tree.GetEditCtrl()) {
+        const int id = GetDlgCtrlID(m_tree.GetEditCtrl());
+        if (id == IDC_EDIT_NAME || id == IDC_EDIT_REMARK)
+            return false;
+    }
+    switch (commandId) {
+    case ID_MENU_ADD_SIBLING:
+        OnAddSiblingRow();
+        m_bModified = true;
+        break;
+    case ID_MENU_ADD_CHILD:
+        OnAddChildRow();
+        m_bModified = true;
+        break;
+    case ID_MENU_DELETE:
+        if (OnDeleteRows())
+            m_bModified = true;
+        break;
+    case ID_MENU_INSERT:
+        OnInsertRow();
+        m_bModified = true;
+        break;
+    case ID_MENU_COPY:
+        CopyRow(m_pCurRow);
+        break;
+    case ID_MENU_PASTE:
+        PasteRow(m_clipboard, m_pCurRow, false);
+        break;
+    default:
+        break;
+    }
+    return true;
+}
+
+// Saving comes with the save sequence; for now OK records the selection and closes.
+void SysCodeDlg::OnOK()
+{
+    UpdateData(true);
+    if (m_specList.currentItem() && m_specList.currentItem()->text() == CProj().GetCurrentSpec()) {
+        HTREEITEM focused = m_tree.GetCaretItem();
+        m_strSelCode = focused ? GetRowFullName(focused) : QString();
+    }
+    accept();
+}
+
+QString SysCodeDlg::GetRowFullName(HTREEITEM row) const
+{
+    QStringList names;
+    for (HTREEITEM p = row; p && p != m_tree.GetRootItem(); p = m_tree.GetParentItem(p))
+        names.prepend(m_tree.GetItemText(p, 0));
+    return names.join(QLatin1Char('\\'));
+}
+
+HTREEITEM SysCodeDlg::FindRowByFullName(const QString& fullName) const
+{
+    if (fullName.isEmpty())
+        return nullptr;
+    HTREEITEM parent = m_tree.GetRootItem();
+    HTREEITEM found = nullptr;
+    for (const QString& level : fullName.split(QLatin1Char('\\'))) {
+        found = nullptr;
+        for (HTREEITEM c = m_tree.GetChildItem(parent); c; c = m_tree.GetNextSiblingItem(c)) {
+            if (m_tree.GetItemText(c, 0) == level) {
+                found = c;
+                break;
+            }
+        }
+        if (!found)
+            return nullptr;
+        parent = found;
+    }
+    return found;
+}
+
+const SysCodeRowData* SysCodeDlg::GetRowData(HTREEITEM row) const
+{
+    const auto it = m_rowData.find(row);
+    return it == m_rowData.end() ? nullptr : &it->second;
+}
+
+void SysCodeDlg::OnGridDeleteItem(const NMLISTVIEW& info)
+{
+    // A drag moves rows through delete notices; their data goes with them.
+    if (m_bDragging)
+        return;
+    m_mapRowInfo.erase(info.hItem);
+    m_rowData.erase(info.hItem);
+    if (m_pCurRow == info.hItem)
+        m_pCurRow = nullptr;
+}

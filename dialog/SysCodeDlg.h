@@ -1,0 +1,142 @@
+#pragma once
+
+// The system-code management dialog: the specialty list on the left and, on the
+// right, the tree grid with the codes of the specialty being edited. Callers set
+// m_strSpec, m_strSelCode and m_bAllowImportExport, run DoModal() and read
+// m_strSelCode after IDOK.
+#include "CLayoutManager.h"
+#include "CSysCodeData.h"
+#include "CTreeListCtrl.h"
+#include "QvKsQtxmInfo.h"
+#include "QvKsUiNumEdit.h"
+#include "SysCodeRowData.h"
+
+#include <QDialog>
+#include <QListWidget>
+#include <QString>
+#include <QVector>
+
+#include <map>
+#include <memory>
+#include <set>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+class QAbstractButton;
+class QCheckBox;
+class ZcDbDatabase;
+
+class SysCodeDlg : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit SysCodeDlg(QWidget* parent = nullptr);
+    ~SysCodeDlg() override;
+
+    // Runs the dialog modally: IDOK or IDCANCEL.
+    int DoModal();
+    // Builds the controls' content; DoModal runs it before the dialog shows.
+    bool OnInitDialog();
+
+    // Clears the grid and fills it with the specialty's codes, in the column layout
+    // of that specialty.
+    void FillSysCodeTree(const QString& spec);
+    // Run after a save: the grid reloaded from the store, the attribute bar and the
+    // display-control window told to reload their codes.
+    void RefreshAfterSave(const QString& spec);
+
+    // Usage of codes by the drawings' product entities.
+    void ScanModelSpace(ZcDbDatabase* database);
+    void ScanOtherFloors();
+    bool IsCodeIndexUsed(const QString& indexPath);
+
+    // Takes the codes of a system-code file into the specialty and refills the grid.
+    bool ReloadFromSysCodeFile(const QString& filePath);
+
+    bool IsElectrical() const;
+    // Level-name path of a row joined by "\" (store form).
+    QString GetRowFullName(HTREEITEM row) const;
+    HTREEITEM FindRowByFullName(const QString& fullName) const;
+    const SysCodeRowData* GetRowData(HTREEITEM row) const;
+
+    // Data exchange between the bound members and their controls.
+    void UpdateData(bool bSaveAndValidate);
+
+    CLayoutManager m_layout;
+    HTREEITEM m_pCurRow = nullptr;
+    QListWidget m_specList;
+    CTreeListCtrl m_tree;
+    QString m_strSpec;
+    QString m_strPrevSpec;
+    bool m_bDragging = false;
+    int m_nDispAddedMsg = 0;
+    int m_nDispAddedMsgAtOpen = 0;
+    HTREEITEM m_hDropTarget = nullptr;
+    double m_dDragScroll = 0.0;
+    QString m_strSelCode;
+    std::unordered_map<HTREEITEM, QString> m_mapRowInfo;
+    std::map<QString, QVector<SQvKsQdInfo>> m_mapQdInfo;
+    std::map<QString, QVector<SQvKsDeInfo>> m_mapDeInfo;
+    std::vector<std::pair<QString, QString>> m_renames;
+    bool m_bRenamesOnly = false;
+    int m_nMaxIndex = 0;
+    int m_nLevelBase = 0;
+    // Saving clears the first and sets the second in one step (SetSavedFlags).
+    bool m_bModified = false;
+    bool m_bColorChanged = false;
+    bool m_bLineTypesChanged = false;
+    bool m_bOtherFloorsScanned = false;
+    bool m_bAllowImportExport = false;
+    bool m_bFlag5 = true;
+    bool m_bSelCodeReplaced = false;
+    std::set<QString> m_usedCodeIndexes;
+    CSysCodeData m_clipboard;
+    QvKsUiNumEdit m_editScale;
+    QString m_strScale = QStringLiteral("1.0");
+
+    // Context-menu commands (1000-1005). Nothing runs while a name or remark cell
+    // is being edited: the result is then false.
+    virtual bool OnCommand(int commandId);
+
+protected:
+    void SetSavedFlags();
+
+    // Message map.
+    void OnOK();
+    void OnSpecSelChange();
+    void OnExpandLevel();
+    void OnCollapseLevel();
+    void OnGridDeleteItem(const NMLISTVIEW& info);
+    void OnAddSiblingRow();
+    void OnAddChildRow();
+    bool OnDeleteRows();
+    void OnInsertRow();
+    void CopyRow(HTREEITEM row);
+    void PasteRow(const CSysCodeData& clipboard, HTREEITEM row, bool bNewColors);
+    void ClearClipboard();
+
+private:
+    void CreateControls();
+    QWidget* CreateControl(int kind, const QString& text);
+    void AnchorControls();
+    void BuildMessageMap();
+    void FillSpecList();
+    void InsertColumns(bool withPipeColumns);
+    void SetGridStyles();
+    HTREEITEM InsertNodeRow(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns);
+    void InsertNodeRows(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns);
+    void SelectInitialCode();
+    void LoadPipelineInfo();
+    void UpdateElectricalButtons();
+    int GetVisibleDepth() const;
+    void SetTreeLevel(int level);
+    void SetTreeLevel(HTREEITEM item, int level);
+    bool BuildRecordFromRow(CSysCodeData& record, HTREEITEM row) const;
+    void BuildChildRecords(CSysCodeData& parent, HTREEITEM row);
+
+    QCheckBox* m_checkDispAddedMsg = nullptr;
+    // Row data by row; the map's nodes stay put, so each row's item data points at its entry.
+    std::unordered_map<HTREEITEM, SysCodeRowData> m_rowData;
+    bool m_bInitialised = false;
+};

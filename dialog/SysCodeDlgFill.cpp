@@ -1,0 +1,194 @@
+// Opening the dialog: the specialty list, the columns, the rows of a specialty,
+// the initial selection, the settings and the pipeline items of every floor.
+#include "SysCodeDlg.h"
+
+#include "CISysCode.h"
+#include "CProj.h"
+#include "CtrlId.h"
+#include "IQvKsAppProfile.h"
+#include "PipelineItems.h"
+#include "QvKsProfile.h"
+#include "Resource.h"
+#include "Specialty.h"
+#include "SysCodeColumns.h"
+#include "SysCodeIcon.h"
+#include "ZcDbHostApplicationServices.h"
+
+#include <QCheckBox>
+
+bool SysCodeDlg::OnInitDialog()
+{
+    setWindowIcon(LoadSysCodeIcon(IDI_SYSCODE_ICON));
+    AnchorControls();
+    if (!m_bAllowImportExport) {
+        GetDlgItem(this, IDC_BTN_IMPORT)->setVisible(false);
+        GetDlgItem(this, IDC_BTN_EXPORT)->setVisible(false);
+    }
+    m_layout.Layout();
+    FillSpecList();
+    InsertColumns(false);
+    SetGridStyles();
+    if (m_strSpec.isEmpty())
+        m_strSpec = CProj().GetCurrentSpec();
+    if (m_strSpec.isEmpty() && m_specList.count() > 0)
+        m_strSpec = m_specList.item(0)->text();
+    FillSysCodeTree(m_strSpec);
+    UpdateData(true);
+    SelectInitialCode();
+
+    m_usedCodeIndexes.clear();
+    ScanModelSpace(zcdbHostApplicationServices()->workingDatabase());
+
+    m_nDispAddedMsg = CISysCode::ReadSysCodeConfigFile(QvKsProfile::GetAppProfile()->GetPath());
+    m_nDispAddedMsgAtOpen = m_nDispAddedMsg;
+    ClearClipboard();
+
+    CISysCode::GetLineTypeScale(m_strScale);
+    m_editScale.SetLimits(0.0, 9999.0);
+    m_editScale.SetWindowText(m_strScale);
+
+    UpdateData(false);
+    UpdateElectricalButtons();
+    LoadPipelineInfo();
+    m_bInitialised = true;
+    return true;
+}
+
+// The specialties in their usual order, as far as the project has them; any other
+// specialty of the project after them.
+void SysCodeDlg::FillSpecList()
+{
+    const QStringList known
+        = { g_strSpecWater, g_strSpecElectrical, g_strSpecHvac, g_strSpecFire, g_strSpecLowVoltage };
+    const QStringList stored = CISysCode::GetAllSpecNames();
+    QStringList names;
+    for (const QString& spec : known) {
+        if (stored.isEmpty() || stored.contains(spec))
+            names << spec;
+    }
+    for (const QString& spec : stored) {
+        if (!names.contains(spec))
+            names << spec;
+    }
+    const QSignalBlocker blocker(&m_specList);
+    m_specList.clear();
+    m_specList.addItems(names);
+}
+
+void SysCodeDlg::InsertColumns(bool withPipeColumns)
+{
+    for (const SysCodeColumnInfo& column : SysCodeColumnSet(withPipeColumns))
+        m_tree.InsertColumn(m_tree.GetColumnCount(), column.title, column.format, column.width, -1);
+    const auto ids = [&](int logical, int editorId, int buttonId) {
+        const int visible = SysCodeVisibleColumn(logical, withPipeColumns);
+        if (visible >= 0)
+            m_tree.SetColumnEditorIds(visible, editorId, buttonId);
+    };
+    ids(kColName, IDC_EDIT_NAME, 0);
+    ids(kColColor, 0, IDC_BTN_COLOR_CELL);
+    ids(kColPipeInfo, 0, IDC_BTN_PIPEINFO_CELL);
+    ids(kColLineWidth, IDC_COMBO_LINEWIDTH, 0);
+    ids(kColRemark, IDC_EDIT_REMARK, 0);
+}
+
+void SysCodeDlg::SetGridStyles()
+{
+    m_tree.ModifyStyle(0, TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS);
+    m_tree.ModifyExtendedStyle(0, LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT | LVS_EX_INFOTIP);
+    m_tree.SetBkColor(kSysCodeGridBkColor);
+}
+
+void SysCodeDlg::FillSysCodeTree(const QString& spec)
+{
+    const bool withPipeColumns = IsElectricalSpec(spec);
+    m_tree.SetRedraw(false);
+    m_tree.DeleteColumn(0); // every row, then every column
+    InsertColumns(withPipeColumns);
+    CSysCodeData root;
+    if (CISysCode::GetSpecCodeInfos(root, spec) && root.GetChildCount() > 0) {
+        InsertNodeRows(root, TVI_ROOT, withPipeColumns);
+        m_tree.Expand(m_tree.GetRootItem(), TVE_EXPAND);
+        UpdateData(false);
+    }
+    m_tree.SetRedraw(true);
+}
+
+HTREEITEM SysCodeDlg::InsertNodeRow(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns)
+{
+    const QStringList texts = SysCodeCellTexts(node, withPipeColumns);
+    HTREEITEM row = m_tree.InsertItem(texts.at(kColName), parent, TVI_LAST);
+    if (!row)
+        return nullptr;
+    for (int logical = 0; logical < kSysCodeColumnCount; ++logical) {
+        const int column = SysCodeVisibleColumn(logical, withPipeColumns);
+        if (column < 0)
+            continue;
+        if (logical != kColName)
+            m_tree.SetItemText(row, texts.at(logical), column);
+        if (logical == kColColor) {
+            m_tree.SetItemColor(row, node.GetMfcColor(), column);
+            m_tree.SetItemBackColor(row, node.GetMfcColor(), column);
+        } else {
+            m_tree.SetItemBackColor(row, kSysCodeGridBkColor, column);
+        }
+    }
+    SysCodeRowData& data = m_rowData[row];
+    data = SysCodeRowData { node.GetFullName(), node.GetNodeIndex() };
+    m_tree.SetItemData(row, reinterpret_cast<quintptr>(&data));
+    if (!node.GetAddedMsg().isEmpty())
+        m_mapRowInfo[row] = node.GetAddedMsg();
+    m_nMaxIndex = std::max(m_nMaxIndex, node.GetNodeIndex());
+    return row;
+}
+
+void SysCodeDlg::InsertNodeRows(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns)
+{
+    for (const CSysCodeData* child : node.GetChildren()) {
+        HTREEITEM row = InsertNodeRow(*child, parent, withPipeColumns);
+        if (row && child->GetChildCount() > 0)
+            InsertNodeRows(*child, row, withPipeColumns);
+    }
+}
+
+void SysCodeDlg::SelectInitialCode()
+{
+    HTREEITEM row = FindRowByFullName(m_strSelCode);
+    if (!row)
+        return;
+    m_tree.SelectItem(row);
+    m_tree.EnsureVisible(row);
+}
+
+void SysCodeDlg::LoadPipelineInfo()
+{
+    QVector<SQvKsFloorData> floors;
+    if (!CProj().GetAllFloorData(floors))
+        return;
+    for (const SQvKsFloorData& floor : floors) {
+        QVector<SQvKsQdInfo> qdItems;
+        QVector<SQvKsDeInfo> deItems;
+        LoadFloorPipelineItems(floor.strName, qdItems, deItems);
+        m_mapQdInfo[floor.strName] += qdItems;
+        m_mapDeInfo[floor.strName] += deItems;
+    }
+}
+
+void SysCodeDlg::UpdateElectricalButtons()
+{
+    const bool electrical = IsElectrical();
+    GetDlgItem(this, IDC_BTN_BATCH_MODIFY)->setEnabled(electrical);
+    GetDlgItem(this, IDC_BTN_DELETE_PIPEINFO)->setEnabled(electrical);
+}
+
+// Saving a modified specialty before the switch comes with the save sequence.
+void SysCodeDlg::OnSpecSelChange()
+{
+    QListWidgetItem* item = m_specList.currentItem();
+    if (!item || item->text() == m_strSpec)
+        return;
+    m_strPrevSpec = m_strSpec;
+    m_bModified = false;
+    UpdateData(true);
+    FillSysCodeTree(m_strSpec);
+    UpdateElectricalButtons();
+}

@@ -1,0 +1,5 @@
+#pragma once
+
+// Per-document state of the module: none yet, but each document has its place.
+struct CDocData
+{ };

@@ -1,0 +1,14 @@
+#include "ModuleResourceGuard.h"
+
+#include "ModuleEntry.h"
+#include "ZcApDocManager.h"
+
+ModuleResourceGuard::ModuleResourceGuard()
+{
+    zcDocManagerPtr()->pushResourceHandle(ModuleResourceHandle());
+}
+
+ModuleResourceGuard::~ModuleResourceGuard()
+{
+    zcDocManagerPtr()->popResourceHandle();
+}

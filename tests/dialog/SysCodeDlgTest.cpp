@@ -1,0 +1,286 @@
+// The management dialog as a user sees and drives it, on a project made for the test.
+#include "SysCodeDlg.h"
+#include "CDialogUnits.h"
+#include "CTreeListCtrl.h"
+#include "CtrlId.h"
+#include "DialogTemplate.h"
+#include "MessageBoxRecorder.h"
+#include "QvKsDataMng.h"
+#include "Resource.h"
+#include "TestProject.h"
+#include "WinMessage.h"
+#include "WinMessageBox.h"
+
+#include <QDir>
+#include <QFontDatabase>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+class SysCodeDlgTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(project.isOpen()); }
+
+    std::unique_ptr<SysCodeDlg> open(
+        const QString& spec, const QString& selCode = QString(), bool importExport = false)
+    {
+        auto dlg = std::make_unique<SysCodeDlg>();
+        dlg->m_strSpec = spec;
+        dlg->m_strSelCode = selCode;
+        dlg->m_bAllowImportExport = importExport;
+        dlg->OnInitDialog();
+        dlg->show();
+        QCoreApplication::processEvents();
+        return dlg;
+    }
+    static QWidget* control(SysCodeDlg& dlg, int id) { return GetDlgItem(&dlg, id); }
+    static CTreeListCtrl& grid(SysCodeDlg& dlg)
+    {
+        return *qobject_cast<CTreeListCtrl*>(control(dlg, IDC_TREE_SYSCODE));
+    }
+    static QStringList shownNames(SysCodeDlg& dlg)
+    {
+        QStringList names;
+        for (int r = 0; r < grid(dlg).GetItemCount(); ++r)
+            names << grid(dlg).GetItemText(grid(dlg).GetItemFromRow(r), 0);
+        return names;
+    }
+    static void click(SysCodeDlg& dlg, int id) { QTest::mouseClick(control(dlg, id), Qt::LeftButton); }
+    static void chooseSpec(SysCodeDlg& dlg, const QString& spec)
+    {
+        auto* list = qobject_cast<QListWidget*>(control(dlg, IDC_LIST_SPEC));
+        const QList<QListWidgetItem*> found = list->findItems(spec, Qt::MatchExactly);
+        ASSERT_EQ(found.size(), 1);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(found.first()).center());
+    }
+
+    TestProject project;
+};
+
+TEST_F(SysCodeDlgTest, ControlsStandWhereTheTemplatePutsThem)
+{
+    auto dlg = open(QStringLiteral("电气"));
+    const DialogTemplate& t = SysCodeDlgTemplate();
+    EXPECT_EQ(dlg->windowTitle(), QStringLiteral("系统编号管理"));
+    EXPECT_FALSE(dlg->windowIcon().isNull());
+    EXPECT_EQ(dlg->minimumSize(), dlg->size());
+    for (const ControlTemplate& c : t.controls) {
+        QWidget* w = control(*dlg, c.id);
+        ASSERT_NE(w, nullptr) << c.id;
+        EXPECT_EQ(w->geometry(), CDialogUnits::ToPixels(c.rect, dlg->font())) << c.id;
+        if (!c.text.isEmpty() && qobject_cast<QAbstractButton*>(w)) {
+            EXPECT_EQ(qobject_cast<QAbstractButton*>(w)->text(), c.text);
+        }
+    }
+    EXPECT_FALSE(control(*dlg, IDC_BTN_CLOUD_IMPORT)->isVisible());
+    EXPECT_EQ(dlg->m_editScale.GetMax(), 9999.0);
+    EXPECT_EQ(dlg->m_editScale.text(), QStringLiteral("1.0"));
+}
+
+TEST_F(SysCodeDlgTest, ColumnsFollowTheSpecialty)
+{
+    struct Case
+    {
+        QString spec;
+        QStringList titles;
+        QList<int> widths;
+    };
+    const Case cases[] = {
+        { QStringLiteral("电气"),
+            { "系统编号", "颜色", "管线信息", "水平敷设方式", "垂直敷设方式", "线型样式", "线型字符",
+                "线宽(mm)", "透明度", "备注" },
+            { 100, 75, 200, 80, 80, 100, 60, 100, 60, 100 } },
+        { QStringLiteral("给排水"),
+            { "系统编号", "颜色", "线型样式", "线型字符", "线宽(mm)", "透明度", "备注" },
+            { 100, 115, 120, 60, 120, 60, 120 } },
+    };
+    for (const Case& c : cases) {
+        auto dlg = open(c.spec);
+        CTreeListCtrl& g = grid(*dlg);
+        ASSERT_EQ(g.GetColumnCount(), c.titles.size()) << c.spec.toStdString();
+        for (int i = 0; i < c.titles.size(); ++i) {
+            EXPECT_EQ(g.GetColumnText(i), c.titles[i]);
+            EXPECT_EQ(g.GetColumnWidth(i), c.widths[i]);
+            EXPECT_EQ(g.GetColumnFormat(i), i == 0 ? LVCFMT_LEFT : LVCFMT_CENTER);
+        }
+        EXPECT_EQ(g.GetBkColor(), RGB(214, 214, 214));
+    }
+}
+
+TEST_F(SysCodeDlgTest, RowsShowTheCodesOfTheSpecialty)
+{
+    auto dlg = open(QStringLiteral("电气"));
+    CTreeListCtrl& g = grid(*dlg);
+    EXPECT_EQ(shownNames(*dlg), QStringList({ "照明", "动力", "插座" }));
+    HTREEITEM lighting = g.GetItemFromRow(0);
+    EXPECT_EQ(g.GetItemColor(lighting, 1), kLightingColour);
+    EXPECT_EQ(g.GetItemBackColor(lighting, 1), kLightingColour);
+    for (int column : { 0, 2, 5, 9 })
+        EXPECT_EQ(g.GetItemBackColor(lighting, column), RGB(214, 214, 214)) << column;
+    EXPECT_EQ(g.GetItemText(lighting, 2), QStringLiteral("SC20"));
+    EXPECT_EQ(dlg->m_mapRowInfo.at(lighting), QStringLiteral("电气\\配管\\SC20"));
+    EXPECT_EQ(g.GetItemText(lighting, 7), QStringLiteral("30"));
+    HTREEITEM wl1 = g.GetChildItem(lighting);
+    EXPECT_EQ(g.GetItemText(wl1, 7), QStringLiteral("2.5"));
+    EXPECT_EQ(g.GetItemText(wl1, 8), QStringLiteral("10"));
+    EXPECT_EQ(g.GetItemText(g.GetChildItem(wl1), 7), QStringLiteral("30")); // width not set
+    ASSERT_NE(dlg->GetRowData(wl1), nullptr);
+    EXPECT_EQ(dlg->GetRowData(wl1)->nNodeIndex, 2);
+    EXPECT_EQ(dlg->m_nMaxIndex, 5);
+}
+
+TEST_F(SysCodeDlgTest, SelectsTheGivenCodeAndShowsIt)
+{
+    MessageBoxRecorder boxes;
+    auto dlg = open(QStringLiteral("电气"), QStringLiteral("照明\\WL1\\一层"));
+    HTREEITEM caret = grid(*dlg).GetCaretItem();
+    ASSERT_NE(caret, nullptr);
+    EXPECT_EQ(dlg->GetRowFullName(caret), QStringLiteral("照明\\WL1\\一层"));
+    EXPECT_GE(grid(*dlg).GetRowFromItem(caret), 0);
+    EXPECT_EQ(grid(*dlg).GetSelectedCount(), 1);
+
+    auto unknown = open(QStringLiteral("电气"), QStringLiteral("照明\\WL9"));
+    EXPECT_EQ(grid(*unknown).GetSelectedCount(), 0);
+    EXPECT_TRUE(boxes.boxes().isEmpty());
+}
+
+TEST_F(SysCodeDlgTest, ChoosingASpecialtyRefillsTheGrid)
+{
+    auto dlg = open(QStringLiteral("电气"));
+    chooseSpec(*dlg, QStringLiteral("给排水"));
+    EXPECT_EQ(dlg->m_strSpec, QStringLiteral("给排水"));
+    EXPECT_EQ(dlg->m_strPrevSpec, QStringLiteral("电气"));
+    EXPECT_EQ(grid(*dlg).GetColumnCount(), 7);
+    EXPECT_EQ(shownNames(*dlg), QStringList({ "给水" }));
+    EXPECT_FALSE(control(*dlg, IDC_BTN_BATCH_MODIFY)->isEnabled());
+    EXPECT_FALSE(control(*dlg, IDC_BTN_DELETE_PIPEINFO)->isEnabled());
+    EXPECT_TRUE(dlg->m_mapRowInfo.empty());
+
+    chooseSpec(*dlg, QStringLiteral("弱电"));
+    EXPECT_EQ(grid(*dlg).GetColumnCount(), 10);
+    EXPECT_EQ(grid(*dlg).GetItemCount(), 0);
+    EXPECT_TRUE(control(*dlg, IDC_BTN_BATCH_MODIFY)->isEnabled());
+    EXPECT_TRUE(control(*dlg, IDC_BTN_DELETE_PIPEINFO)->isEnabled());
+}
+
+TEST_F(SysCodeDlgTest, PlusAndMinusMoveTheWholeTreeOneLevel)
+{
+    auto dlg = open(QStringLiteral("电气"));
+    click(*dlg, IDC_BTN_EXPAND_LEVEL);
+    EXPECT_EQ(shownNames(*dlg), QStringList({ "照明", "WL1", "动力", "插座" }));
+    click(*dlg, IDC_BTN_EXPAND_LEVEL);
+    EXPECT_EQ(shownNames(*dlg), QStringList({ "照明", "WL1", "一层", "动力", "插座" }));
+    click(*dlg, IDC_BTN_EXPAND_LEVEL); // already fully open
+    EXPECT_EQ(grid(*dlg).GetItemCount(), 5);
+
+    // The focused level-3 row is hidden: its parent takes the focus.
+    grid(*dlg).SelectItem(grid(*dlg).GetItemFromRow(2));
+    click(*dlg, IDC_BTN_COLLAPSE_LEVEL);
+    EXPECT_EQ(shownNames(*dlg), QStringList({ "照明", "WL1", "动力", "插座" }));
+    EXPECT_EQ(grid(*dlg).GetItemText(grid(*dlg).GetCaretItem(), 0), QStringLiteral("WL1"));
+    click(*dlg, IDC_BTN_COLLAPSE_LEVEL);
+    EXPECT_EQ(shownNames(*dlg), QStringList({ "照明", "动力", "插座" }));
+    click(*dlg, IDC_BTN_COLLAPSE_LEVEL); // level 0: nothing changes visibly
+    EXPECT_EQ(shownNames(*dlg), QStringList({ "照明", "动力", "插座" }));
+    click(*dlg, IDC_BTN_EXPAND_LEVEL);
+    EXPECT_EQ(grid(*dlg).GetItemCount(), 4);
+
+    auto empty = open(QStringLiteral("弱电"));
+    click(*empty, IDC_BTN_EXPAND_LEVEL);
+    click(*empty, IDC_BTN_COLLAPSE_LEVEL);
+    EXPECT_EQ(grid(*empty).GetItemCount(), 0);
+}
+
+// Stands for the host's display-control window.
+class DisplayControlWindow : public QWidget
+{
+public:
+    DisplayControlWindow() { setWindowTitle(QStringLiteral("显示控制")); }
+    QList<UINT> messages; // those sent with both parameters 0
+
+protected:
+    bool event(QEvent* e) override
+    {
+        if (e->type() == WinMessageEvent::eventType()) {
+            auto* m = static_cast<WinMessageEvent*>(e);
+            if (m->wParam() == 0 && m->lParam() == 0)
+                messages << m->message();
+            return true;
+        }
+        return QWidget::event(e);
+    }
+};
+
+TEST_F(SysCodeDlgTest, RefreshAfterSaveReloadsAndTellsTheDisplayControlWindow)
+{
+    auto dlg = open(QStringLiteral("电气"));
+    dlg->RefreshAfterSave(QStringLiteral("电气")); // no such window: nothing is sent, nothing fails
+    InstallQtMessageBox(); // the host's window finder
+    DisplayControlWindow window;
+    window.show();
+    ASSERT_TRUE(QvKsDataMng::RunScript(
+        QStringLiteral("UPDATE sys_code SET name = '应急照明' WHERE spec_id = 3 AND node_index = 1;")));
+    dlg->RefreshAfterSave(QStringLiteral("电气"));
+    EXPECT_EQ(shownNames(*dlg), QStringList({ "应急照明", "动力", "插座" }));
+    EXPECT_EQ(window.messages, QList<UINT>({ 7034 }));
+    EXPECT_FALSE(QApplication::overrideCursor());
+}
+
+TEST_F(SysCodeDlgTest, CommandsWaitWhileANameIsEdited)
+{
+    auto dlg = open(QStringLiteral("电气"));
+    CTreeListCtrl& g = grid(*dlg);
+    HTREEITEM lighting = g.GetItemFromRow(0);
+    dlg->m_pCurRow = lighting;
+    g.SetEditMode(lighting, TLEM_EDIT, {}, 0);
+    ASSERT_TRUE(g.EditSubItem(lighting, 0));
+    EXPECT_FALSE(dlg->OnCommand(ID_MENU_COPY));
+    EXPECT_EQ(dlg->m_clipboard.GetChildCount(), 0);
+    g.EndEditing(true, TLEND_CANCEL);
+
+    EXPECT_TRUE(dlg->OnCommand(ID_MENU_COPY));
+    ASSERT_EQ(dlg->m_clipboard.GetChildCount(), 1);
+    EXPECT_EQ(dlg->m_clipboard.GetChild(0)->GetChild(0)->GetFullName(), QStringLiteral("照明\\WL1"));
+    EXPECT_EQ(dlg->m_nLevelBase, 3);
+}
+
+TEST_F(SysCodeDlgTest, ScreenshotsShowEveryTextWhole)
+{
+    ASSERT_FALSE(QFontDatabase::families(QFontDatabase::SimplifiedChinese).isEmpty());
+    const QString folder = qEnvironmentVariable("QV_TEST_ARTIFACTS", QDir::tempPath());
+    QDir().mkpath(folder);
+    for (const auto& [spec, file] : { std::pair { QStringLiteral("电气"), "syscode_dlg_electrical.png" },
+             std::pair { QStringLiteral("给排水"), "syscode_dlg_water.png" } }) {
+        auto dlg = open(spec, QStringLiteral("照明\\WL1"), true);
+        click(*dlg, IDC_BTN_EXPAND_LEVEL);
+        EXPECT_TRUE(dlg->grab().save(folder + QLatin1Char('/') + QLatin1String(file)));
+        for (QPushButton* b : dlg->findChildren<QPushButton*>()) {
+            if (b->isVisible()) {
+                EXPECT_LE(b->fontMetrics().horizontalAdvance(b->text()), b->width())
+                    << b->text().toStdString();
+            }
+        }
+    }
+}
+TEST_F(SysCodeDlgTest, PipelineItemsOfEveryFloorAreLoadedOnceByName)
+{
+    ASSERT_TRUE(QvKsDataMng::RunScript(QStringLiteral(R"sql(
+INSERT INTO qd_item(qd_id, floor_id, code, idx, name, sys_code) VALUES
+  (1, 1, '030411001', 1, '配管', '电气\照明'), (2, 1, '', 1, '', ''), (3, 3, '030411004', 1, '配线', '');
+INSERT INTO de_item(de_id, floor_id, qd_id, code, idx, name, sys_code) VALUES
+  (1, 1, 1, '4-12-5', 1, '砖混暗配', '电气\照明'), (2, 1, NULL, '', 1, '', ''), (3, 3, 3, '4-13-1', 1, '穿线', '');
+)sql")));
+    auto dlg = open(QStringLiteral("电气"));
+    ASSERT_EQ(dlg->m_mapQdInfo["B1"].size(), 1); // the nameless item is left out
+    EXPECT_EQ(dlg->m_mapQdInfo["B1"].first().strSysCode, QStringLiteral("电气\\照明"));
+    ASSERT_EQ(dlg->m_mapDeInfo["B1"].size(), 1); // found twice, kept once
+    EXPECT_EQ(dlg->m_mapDeInfo["B1"].first().nQdId, 1);
+    EXPECT_EQ(dlg->m_mapDeInfo["2F"].size(), 1);
+    EXPECT_TRUE(dlg->m_mapQdInfo["1F"].isEmpty());
+}
+} // namespace
