@@ -51,6 +51,7 @@ ScriptRunner::ScriptRunner(HostWindow& window, ModalDriver& driver)
     : m_window(window)
     , m_driver(driver)
 {
+    QObject::connect(&m_driver, &ModalDriver::report, &m_driver, [this](const QString& text) { Report(text); });
     // Message boxes take the queued answers, else their default one; either way the
     // box is written to the command line, so a script's log shows every question.
     SetMessageBoxHandler([this](const MessageBoxRequest& box) {
