@@ -227,40 +227,52 @@ void DisplayListBuilder::AddShape(
         AddArcPoints(points, circle->center().x, circle->center().y, circle->radius(), 0, 2 * kPi);
         AddPath(points, true, look, id, list);
     } else if (const ZcDbText* text = ZcDbText::cast(&entity)) {
+        AddText(*text, look, id, list);
+    } else if (const ZcDbMText* mtext = ZcDbMText::cast(&entity)) {
+        AddMText(*mtext, look, id, list);
+    }
+}
+
+void DisplayListBuilder::AddText(
+    const ZcDbText& text, const Look& look, ZcDbObjectId id, DisplayList& list) const
+{
+    DisplayItem item { DisplayItem::Text, id };
+    const bool aligned = text.horizontalMode() != 0 || text.verticalMode() != 0;
+    const ZcGePoint3d at = aligned ? text.alignmentPoint() : text.position();
+    const double width = text.height() * 0.9 * text.textString().size();
+    const double shift = text.horizontalMode() == 1 || text.horizontalMode() == 4 ? width / 2
+        : text.horizontalMode() == 2                                              ? width
+                                                                                  : 0.0;
+    const double rise = text.verticalMode() == 2 ? -text.height() / 2
+        : text.verticalMode() == 3               ? -text.height()
+                                                 : 0.0;
+    const double c = std::cos(text.rotation());
+    const double s = std::sin(text.rotation());
+    item.points = { QPointF(at.x - shift * c - rise * s, at.y - shift * s + rise * c) };
+    item.text = text.textString();
+    item.height = text.height();
+    item.rotation = text.rotation();
+    item.color = look.color;
+    list.Add(item);
+}
+
+void DisplayListBuilder::AddMText(
+    const ZcDbMText& mtext, const Look& look, ZcDbObjectId id, DisplayList& list) const
+{
+    const QStringList lines = PlainMText(mtext.contents()).split(u'\n');
+    const double h = mtext.textHeight();
+    const int row = (std::clamp(mtext.attachment(), 1, 9) - 1) / 3;
+    const double total = h * (1.6 * (lines.size() - 1) + 1);
+    double y = mtext.location().y - h - (row == 1 ? -total / 2 : row == 2 ? -total : 0.0);
+    for (const QString& line : lines) {
         DisplayItem item { DisplayItem::Text, id };
-        const bool aligned = text->horizontalMode() != 0 || text->verticalMode() != 0;
-        const ZcGePoint3d at = aligned ? text->alignmentPoint() : text->position();
-        const double width = text->height() * 0.9 * text->textString().size();
-        const double shift = text->horizontalMode() == 1 || text->horizontalMode() == 4 ? width / 2
-            : text->horizontalMode() == 2                                               ? width
-                                                                                        : 0.0;
-        const double rise = text->verticalMode() == 2 ? -text->height() / 2
-            : text->verticalMode() == 3               ? -text->height()
-                                                      : 0.0;
-        const double c = std::cos(text->rotation());
-        const double s = std::sin(text->rotation());
-        item.points = { QPointF(at.x - shift * c - rise * s, at.y - shift * s + rise * c) };
-        item.text = text->textString();
-        item.height = text->height();
-        item.rotation = text->rotation();
+        item.points = { QPointF(mtext.location().x, y) };
+        item.text = line;
+        item.height = h;
+        item.rotation = mtext.rotation();
         item.color = look.color;
         list.Add(item);
-    } else if (const ZcDbMText* mtext = ZcDbMText::cast(&entity)) {
-        const QStringList lines = PlainMText(mtext->contents()).split(u'\n');
-        const double h = mtext->textHeight();
-        const int row = (std::clamp(mtext->attachment(), 1, 9) - 1) / 3;
-        const double total = h * (1.6 * (lines.size() - 1) + 1);
-        double y = mtext->location().y - h - (row == 1 ? -total / 2 : row == 2 ? -total : 0.0);
-        for (const QString& line : lines) {
-            DisplayItem item { DisplayItem::Text, id };
-            item.points = { QPointF(mtext->location().x, y) };
-            item.text = line;
-            item.height = h;
-            item.rotation = mtext->rotation();
-            item.color = look.color;
-            list.Add(item);
-            y -= h * 1.6;
-        }
+        y -= h * 1.6;
     }
 }
 

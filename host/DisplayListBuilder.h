@@ -9,6 +9,8 @@
 
 class ZcDbDatabase;
 class ZcDbEntity;
+class ZcDbMText;
+class ZcDbText;
 struct ZcDbLayerTableRecord;
 class LineTypeMgr;
 class QvKsCodeStyles;
@@ -46,6 +48,8 @@ private:
     void AddEntity(const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database, ZcDbObjectId id,
         DisplayList& list, int depth) const;
     void AddShape(const ZcDbEntity& entity, const Look& look, ZcDbObjectId id, DisplayList& list) const;
+    void AddText(const ZcDbText& text, const Look& look, ZcDbObjectId id, DisplayList& list) const;
+    void AddMText(const ZcDbMText& mtext, const Look& look, ZcDbObjectId id, DisplayList& list) const;
     void AddPath(
         const QPolygonF& points, bool closed, const Look& look, ZcDbObjectId id, DisplayList& list) const;
     void AddPattern(const QPolygonF& points, const Look& look, ZcDbObjectId id, DisplayList& list) const;
