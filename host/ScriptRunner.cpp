@@ -51,7 +51,8 @@ ScriptRunner::ScriptRunner(HostWindow& window, ModalDriver& driver)
     : m_window(window)
     , m_driver(driver)
 {
-    QObject::connect(&m_driver, &ModalDriver::report, &m_driver, [this](const QString& text) { Report(text); });
+    QObject::connect(
+        &m_driver, &ModalDriver::report, &m_driver, [this](const QString& text) { Report(text); });
     // Message boxes take the queued answers, else their default one; either way the
     // box is written to the command line, so a script's log shows every question.
     SetMessageBoxHandler([this](const MessageBoxRequest& box) {
@@ -134,6 +135,36 @@ bool ScriptRunner::Execute(const QString& keyword, const QString& rest, QString&
         error = QStringLiteral("dialog-timeout needs milliseconds");
         return ok && ms > 0;
     }
+    if (keyword == QLatin1String("sql")) {
+        if (!QvKsDataMng::RunScript(rest, &error))
+            return false;
+        Report(QStringLiteral("store updated"));
+        return true;
+    }
+    if (keyword == QLatin1String("zoom")) {
+        if (rest == QLatin1String("extents")) {
+            m_window.View()->ZoomExtents();
+            return true;
+        }
+        bool ok = false;
+        const double factor = rest.toDouble(&ok);
+        if (ok && factor > 0)
+            m_window.View()->ZoomBy(
+                factor, QPointF(m_window.View()->width() / 2.0, m_window.View()->height() / 2.0));
+        error = QStringLiteral("zoom extents | zoom FACTOR");
+        return ok && factor > 0;
+    }
+    if (keyword == QLatin1String("echo")) {
+        Report(rest);
+        return true;
+    }
+    if (keyword.startsWith(QLatin1String("expect")))
+        return ExecuteCheck(keyword, rest, error);
+    return ExecuteWindow(keyword, rest, error);
+}
+
+bool ScriptRunner::ExecuteWindow(const QString& keyword, const QString& rest, QString& error)
+{
     if (keyword == QLatin1String("screenshot"))
         return Screenshot(&m_window, rest, error);
     if (keyword == QLatin1String("screenshot-window")) {
@@ -170,12 +201,12 @@ bool ScriptRunner::Execute(const QString& keyword, const QString& rest, QString&
     }
     if (keyword == QLatin1String("bar-dblclick"))
         return BarDoubleClick(rest, error);
-    if (keyword == QLatin1String("sql")) {
-        if (!QvKsDataMng::RunScript(rest, &error))
-            return false;
-        Report(QStringLiteral("store updated"));
-        return true;
-    }
+    error = QStringLiteral("unknown statement \"%1\"").arg(keyword);
+    return false;
+}
+
+bool ScriptRunner::ExecuteCheck(const QString& keyword, const QString& rest, QString& error)
+{
     if (keyword == QLatin1String("expect") || keyword == QLatin1String("expect-not")) {
         const bool found = m_window.CommandLine()->HistoryText().contains(rest);
         const bool wanted = keyword == QLatin1String("expect");
@@ -188,23 +219,6 @@ bool ScriptRunner::Execute(const QString& keyword, const QString& rest, QString&
         error = QStringLiteral("the attribute bar shows \"%1\", not \"%2\"")
                     .arg(IFaceBarCtrl::CurSysCode(), rest);
         return IFaceBarCtrl::CurSysCode() == rest;
-    }
-    if (keyword == QLatin1String("zoom")) {
-        if (rest == QLatin1String("extents")) {
-            m_window.View()->ZoomExtents();
-            return true;
-        }
-        bool ok = false;
-        const double factor = rest.toDouble(&ok);
-        if (ok && factor > 0)
-            m_window.View()->ZoomBy(
-                factor, QPointF(m_window.View()->width() / 2.0, m_window.View()->height() / 2.0));
-        error = QStringLiteral("zoom extents | zoom FACTOR");
-        return ok && factor > 0;
-    }
-    if (keyword == QLatin1String("echo")) {
-        Report(rest);
-        return true;
     }
     error = QStringLiteral("unknown statement \"%1\"").arg(keyword);
     return false;

@@ -47,6 +47,8 @@ public:
 
 private:
     bool Execute(const QString& keyword, const QString& rest, QString& error);
+    bool ExecuteWindow(const QString& keyword, const QString& rest, QString& error);
+    bool ExecuteCheck(const QString& keyword, const QString& rest, QString& error);
     bool Select(const QString& rest, QString& error);
     bool Answer(const QString& rest, QString& error);
     bool Dialog(const QString& rest, QString& error);
