@@ -2,8 +2,11 @@
 
 #include "CISysCode.h"
 #include "CProj.h"
+#include "CQVSpecTypeInfoGet.h"
 #include "CQvKsVersion.h"
 #include "CSysCodeData.h"
+#include "DemoFloorWriter.h"
+#include "IFloorMng.h"
 #include "QvKsDataMng.h"
 #include "QvKsXmlVertion.h"
 #include "SysCodeMerge.h"
@@ -85,6 +88,65 @@ QString DescribeCode(const CSysCodeData& node)
             quoted(node.GetVerLayingMode()), quoted(node.GetAddedMsg()), quoted(node.GetDescribe()));
 }
 
+namespace {
+void collectCodes(const CSysCodeData& node, int specNumber, QList<DemoFloorCode>& codes)
+{
+    for (const CSysCodeData* child : node.GetChildren()) {
+        codes.append(
+            { QStringLiteral("%1\\%2").arg(specNumber).arg(child->GetNodeIndex()), child->GetNodeName() });
+        collectCodes(*child, specNumber, codes);
+    }
+}
+
+// Every floor shows runs of the current specialty's codes (a different share on
+// each floor) and one top-level code of every other specialty.
+QList<DemoFloorCode> floorCodes(int floorNumber)
+{
+    constexpr int kOwnCodes = 5;
+    const QString current = CProj().GetCurrentSpec();
+    QList<DemoFloorCode> own;
+    QList<DemoFloorCode> others;
+    for (const QString& spec : CISysCode::GetAllSpecNames()) {
+        CSysCodeData root;
+        if (!CISysCode::GetSpecCodeInfos(root, spec))
+            continue;
+        const int number = CQVSpecTypeInfoGet::GetSpecTypeByName(spec);
+        QList<DemoFloorCode> codes;
+        collectCodes(root, number, codes);
+        if (spec == current)
+            own = codes;
+        else if (!codes.isEmpty())
+            others.append(codes.first());
+    }
+    QList<DemoFloorCode> chosen;
+    for (int i = 0; i < kOwnCodes && i < own.size(); ++i)
+        chosen.append(own[(i + floorNumber * 2) % own.size()]);
+    return chosen + others.mid(0, 3);
+}
+
+bool writeFloors(QTextStream& out, QTextStream& err)
+{
+    QVector<SQvKsFloorData> floors;
+    if (!CProj().GetAllFloorData(floors)) {
+        fail(err, QvKsDataMng::LastError());
+        return false;
+    }
+    for (int i = 0; i < floors.size(); ++i) {
+        QString error;
+        const QString file = IFloorMng::GetDwgFullNameByFloorName(floors[i].strName);
+        if (!WriteDemoFloorDrawing(file, floors[i].strName, floorCodes(i), &error)) {
+            fail(err,
+                QStringLiteral("the drawing of floor %1 cannot be written: %2")
+                    .arg(floors[i].strName, error));
+            return false;
+        }
+        out << "floor " << floors[i].strName << ": "
+            << QDir(QvKsDataMng::ProjectFolder()).relativeFilePath(file) << "\n";
+    }
+    return true;
+}
+} // namespace
+
 int Demo(const QString& folder, QTextStream& out, QTextStream& err)
 {
     const QDir dir(folder);
@@ -111,6 +173,10 @@ int Demo(const QString& folder, QTextStream& out, QTextStream& err)
         if (!CISysCode::GetSpecCodeInfos(root, spec) || !root.ExportData(file, spec))
             return fail(err, QvKsDataMng::LastError());
         out << spec << ": " << countCodes(root) << " codes\n";
+    }
+    if (!writeFloors(out, err)) {
+        QvKsDataMng::CloseProject();
+        return 1;
     }
     out << "demo project \"" << prjName << "\" made in " << QvKsDataMng::ProjectFolder() << "\n";
     QvKsDataMng::CloseProject();

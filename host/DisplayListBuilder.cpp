@@ -1,0 +1,355 @@
+#include "DisplayListBuilder.h"
+
+#include "LineTypeMgr.h"
+#include "QvKsAciPalette.h"
+#include "QvKsCodeStyles.h"
+#include "QvKsEntity.h"
+#include "QvKsModelSpace.h"
+#include "ZcDbArc.h"
+#include "ZcDbAttribute.h"
+#include "ZcDbAttributeDefinition.h"
+#include "ZcDbBlockReference.h"
+#include "ZcDbCircle.h"
+#include "ZcDbDatabase.h"
+#include "ZcDbLine.h"
+#include "ZcDbMText.h"
+#include "ZcDbPolyline.h"
+#include "ZcDbText.h"
+
+#include <QLineF>
+#include <QRegularExpression>
+
+#include <cmath>
+#include <memory>
+
+namespace {
+constexpr int kMaxBlockDepth = 8;
+constexpr double kPi = 3.14159265358979323846;
+// More pattern repeats than this on one path: drawn continuous.
+constexpr double kMaxRepeats = 20000.0;
+
+QColor FromColorRef(COLORREF color, int alpha = 0)
+{
+    QColor c(int(color & 0xFF), int((color >> 8) & 0xFF), int((color >> 16) & 0xFF));
+    c.setAlphaF(std::clamp(1.0 - alpha / 100.0, 0.1, 1.0));
+    return c;
+}
+
+void AddArcPoints(QPolygonF& points, double cx, double cy, double r, double a0, double a1)
+{
+    while (a1 <= a0)
+        a1 += 2 * kPi;
+    const int steps = std::clamp(int((a1 - a0) / (kPi / 32)), 2, 128);
+    for (int i = 0; i <= steps; ++i) {
+        const double a = a0 + (a1 - a0) * i / steps;
+        points.append(QPointF(cx + r * std::cos(a), cy + r * std::sin(a)));
+    }
+}
+
+// The points of a polyline segment with a bulge (the start point excluded).
+void AddBulge(QPolygonF& points, const QPointF& a, const QPointF& b, double bulge)
+{
+    const double chord = QLineF(a, b).length();
+    if (std::abs(bulge) < 1e-9 || chord < 1e-12) {
+        points.append(b);
+        return;
+    }
+    const double angle = 4 * std::atan(bulge);
+    const double radius = chord / (2 * std::sin(std::abs(angle) / 2));
+    const QPointF mid = (a + b) / 2;
+    const double sagittaToCentre = radius * std::cos(angle / 2);
+    const QPointF dir = (b - a) / chord;
+    const QPointF normal(-dir.y(), dir.x());
+    const QPointF centre = mid + normal * (bulge > 0 ? sagittaToCentre : -sagittaToCentre);
+    const double start = std::atan2(a.y() - centre.y(), a.x() - centre.x());
+    const int steps = std::clamp(int(std::abs(angle) / (kPi / 32)), 2, 128);
+    for (int i = 1; i <= steps; ++i) {
+        const double t = start + angle * i / steps;
+        points.append(QPointF(
+            centre.x() + std::abs(radius) * std::cos(t), centre.y() + std::abs(radius) * std::sin(t)));
+    }
+}
+
+QString PlainMText(QString contents)
+{
+    static const QRegularExpression codes(QStringLiteral("\\\\[ACFHQTWfhqtw][^;\\\\]*;|\\\\[LlOoKk]|[{}]"));
+    contents.replace(QStringLiteral("\\P"), QStringLiteral("\n"));
+    contents.remove(codes);
+    return contents;
+}
+
+// The point `distance` along `points`, and the direction there.
+QPointF PointAt(
+    const QPolygonF& points, const std::vector<double>& cumulative, double distance, double& angle)
+{
+    size_t i = 1;
+    while (i + 1 < cumulative.size() && cumulative[i] < distance)
+        ++i;
+    const QPointF a = points[qsizetype(i - 1)];
+    const QPointF b = points[qsizetype(i)];
+    const double length = cumulative[i] - cumulative[i - 1];
+    angle = std::atan2(b.y() - a.y(), b.x() - a.x());
+    const double t = length > 0 ? (distance - cumulative[i - 1]) / length : 0.0;
+    return a + (b - a) * std::clamp(t, 0.0, 1.0);
+}
+} // namespace
+
+DisplayListBuilder::DisplayListBuilder(
+    const QvKsCodeStyles& styles, const LineTypeMgr& lineTypes, const Settings& settings)
+    : m_styles(styles)
+    , m_lineTypes(lineTypes)
+    , m_settings(settings)
+{ }
+
+QColor DisplayListBuilder::LayerColor(const ZcDbLayerTableRecord* layer)
+{
+    if (layer && layer->hasTrueColor)
+        return QColor::fromRgb(QRgb(layer->trueColor));
+    return AciColor(layer ? layer->colorIndex : 7);
+}
+
+QColor DisplayListBuilder::AciColor(int index)
+{
+    if (index == 7)
+        return Qt::white;
+    return FromColorRef(QvKsAciPalette::ColorOf(index));
+}
+
+void DisplayListBuilder::Build(ZcDbDatabase* database, DisplayList& list) const
+{
+    list.Clear();
+    const Look white { Qt::white };
+    for (const ZcDbObjectId id : QvKsModelSpace::EntityIds(database)) {
+        ZcDbEntity* entity = nullptr;
+        if (zcdbOpenObject(entity, id, ZcDb::kForRead) != Zcad::eOk)
+            continue;
+        AddEntity(*entity, white, database, id, list, 0);
+        entity->close();
+        list.EndEntity(id);
+    }
+}
+
+DisplayListBuilder::Look DisplayListBuilder::ProductLook(const QvKsCodeStyle& style) const
+{
+    Look look;
+    look.color = FromColorRef(style.color, style.alpha);
+    look.width = style.lineWidth > 0 ? std::clamp(style.lineWidth / 10.0, 1.0, 4.0) : 0.0;
+    look.lineType = m_lineTypes.Find(LineTypeMgr::LineTypeNameOf(style.lineStyle, style.lineString));
+    return look;
+}
+
+DisplayListBuilder::Look DisplayListBuilder::LookOf(
+    const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const
+{
+    if (const QvKsEntity* product = QvKsEntity::cast(&entity)) {
+        if (const QvKsCodeStyle* style = m_styles.Find(product->GetSysCodeIndex())) {
+            Look look = ProductLook(*style);
+            // Shown by layer, a product entity takes its layer's colour: the layer
+            // manager gives every code's layer the code's colour.
+            if (!m_settings.colorBySystem)
+                look.color = LayerColor(database ? database->layer(entity.layer()) : nullptr);
+            return look;
+        }
+    }
+    Look look;
+    const ZcDbLayerTableRecord* layer = database ? database->layer(entity.layer()) : nullptr;
+    if (entity.hasTrueColor())
+        look.color = QColor::fromRgb(QRgb(entity.trueColor()));
+    else if (entity.colorIndex() == kZcColorByBlock)
+        look.color = blockLook.color;
+    else if (entity.colorIndex() != kZcColorByLayer)
+        look.color = AciColor(entity.colorIndex());
+    else
+        look.color = LayerColor(layer);
+    return look;
+}
+
+void DisplayListBuilder::AddEntity(const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database,
+    ZcDbObjectId id, DisplayList& list, int depth) const
+{
+    if (database) {
+        const ZcDbLayerTableRecord* layer = database->layer(entity.layer());
+        if (layer && (layer->isOff || layer->isFrozen))
+            return;
+    }
+    const Look look = LookOf(entity, database, blockLook);
+    if (const QvKsEntity* product = QvKsEntity::cast(&entity)) {
+        if (product->shape())
+            AddShape(*product->shape(), look, id, list);
+        return;
+    }
+    const ZcDbBlockReference* reference = ZcDbBlockReference::cast(&entity);
+    if (!reference) {
+        AddShape(entity, look, id, list);
+        return;
+    }
+    if (depth >= kMaxBlockDepth)
+        return;
+    ZcDbVoidPtrArray pieces;
+    if (reference->explode(pieces) != Zcad::eOk)
+        return;
+    for (int i = 0; i < pieces.length(); ++i) {
+        std::unique_ptr<ZcDbEntity> piece(static_cast<ZcDbEntity*>(pieces[i]));
+        if (ZcDbAttributeDefinition::cast(piece.get()))
+            continue;
+        if (const ZcDbAttribute* attribute = ZcDbAttribute::cast(piece.get());
+            attribute && attribute->isInvisible())
+            continue;
+        AddEntity(*piece, look, database, id, list, depth + 1);
+    }
+}
+
+void DisplayListBuilder::AddShape(
+    const ZcDbEntity& entity, const Look& look, ZcDbObjectId id, DisplayList& list) const
+{
+    if (const ZcDbLine* line = ZcDbLine::cast(&entity)) {
+        const QPolygonF points { QPointF(line->startPoint().x, line->startPoint().y),
+            QPointF(line->endPoint().x, line->endPoint().y) };
+        AddPath(points, false, look, id, list);
+    } else if (const ZcDbPolyline* polyline = ZcDbPolyline::cast(&entity)) {
+        const auto& v = polyline->vertices();
+        if (v.empty())
+            return;
+        QPolygonF points { QPointF(v[0].x, v[0].y) };
+        const size_t segments = polyline->isClosed() ? v.size() : v.size() - 1;
+        for (size_t i = 0; i < segments; ++i) {
+            const auto& b = v[(i + 1) % v.size()];
+            AddBulge(points, QPointF(v[i].x, v[i].y), QPointF(b.x, b.y), v[i].bulge);
+        }
+        AddPath(points, false, look, id, list);
+    } else if (const ZcDbArc* arc = ZcDbArc::cast(&entity)) {
+        QPolygonF points;
+        AddArcPoints(
+            points, arc->center().x, arc->center().y, arc->radius(), arc->startAngle(), arc->endAngle());
+        AddPath(points, false, look, id, list);
+    } else if (const ZcDbCircle* circle = ZcDbCircle::cast(&entity)) {
+        QPolygonF points;
+        AddArcPoints(points, circle->center().x, circle->center().y, circle->radius(), 0, 2 * kPi);
+        AddPath(points, true, look, id, list);
+    } else if (const ZcDbText* text = ZcDbText::cast(&entity)) {
+        AddText(*text, look, id, list);
+    } else if (const ZcDbMText* mtext = ZcDbMText::cast(&entity)) {
+        AddMText(*mtext, look, id, list);
+    }
+}
+
+void DisplayListBuilder::AddText(
+    const ZcDbText& text, const Look& look, ZcDbObjectId id, DisplayList& list) const
+{
+    DisplayItem item { DisplayItem::Text, id };
+    const bool aligned = text.horizontalMode() != 0 || text.verticalMode() != 0;
+    const ZcGePoint3d at = aligned ? text.alignmentPoint() : text.position();
+    const double width = text.height() * 0.9 * text.textString().size();
+    const double shift = text.horizontalMode() == 1 || text.horizontalMode() == 4 ? width / 2
+        : text.horizontalMode() == 2                                              ? width
+                                                                                  : 0.0;
+    const double rise = text.verticalMode() == 2 ? -text.height() / 2
+        : text.verticalMode() == 3               ? -text.height()
+                                                 : 0.0;
+    const double c = std::cos(text.rotation());
+    const double s = std::sin(text.rotation());
+    item.points = { QPointF(at.x - shift * c - rise * s, at.y - shift * s + rise * c) };
+    item.text = text.textString();
+    item.height = text.height();
+    item.rotation = text.rotation();
+    item.color = look.color;
+    list.Add(item);
+}
+
+void DisplayListBuilder::AddMText(
+    const ZcDbMText& mtext, const Look& look, ZcDbObjectId id, DisplayList& list) const
+{
+    const QStringList lines = PlainMText(mtext.contents()).split(u'\n');
+    const double h = mtext.textHeight();
+    const int row = (std::clamp(mtext.attachment(), 1, 9) - 1) / 3;
+    const double total = h * (1.6 * (lines.size() - 1) + 1);
+    double y = mtext.location().y - h - (row == 1 ? -total / 2 : row == 2 ? -total : 0.0);
+    for (const QString& line : lines) {
+        DisplayItem item { DisplayItem::Text, id };
+        item.points = { QPointF(mtext.location().x, y) };
+        item.text = line;
+        item.height = h;
+        item.rotation = mtext.rotation();
+        item.color = look.color;
+        list.Add(item);
+        y -= h * 1.6;
+    }
+}
+
+void DisplayListBuilder::AddPath(
+    const QPolygonF& points, bool closed, const Look& look, ZcDbObjectId id, DisplayList& list) const
+{
+    if (points.isEmpty())
+        return;
+    if (look.lineType && points.size() > 1) {
+        QPolygonF run = points;
+        if (closed)
+            run.append(points.front());
+        AddPattern(run, look, id, list);
+        return;
+    }
+    DisplayItem item { DisplayItem::Path, id, points, closed };
+    item.color = look.color;
+    item.width = look.width;
+    list.Add(item);
+}
+
+void DisplayListBuilder::AddPattern(
+    const QPolygonF& points, const Look& look, ZcDbObjectId id, DisplayList& list) const
+{
+    std::vector<double> cumulative { 0.0 };
+    for (qsizetype i = 1; i < points.size(); ++i)
+        cumulative.push_back(cumulative.back() + QLineF(points[i - 1], points[i]).length());
+    const double total = cumulative.back();
+    const double scale = m_settings.lineTypeScale;
+    const double period = look.lineType->PatternLength() * scale;
+    if (period <= 0 || total / period > kMaxRepeats) {
+        DisplayItem item { DisplayItem::Path, id, points };
+        item.color = look.color;
+        item.width = look.width;
+        list.Add(item);
+        return;
+    }
+    double at = 0.0;
+    double angle = 0.0;
+    while (at < total) {
+        for (const LineTypeDef::Element& element : look.lineType->elements) {
+            if (at >= total)
+                break;
+            if (element.isText) {
+                const QPointF base = PointAt(points, cumulative, at, angle);
+                const double dx = element.dx * scale;
+                const double dy = element.dy * scale;
+                DisplayItem item { DisplayItem::Text, id };
+                item.points = { base
+                    + QPointF(dx * std::cos(angle) - dy * std::sin(angle),
+                        dx * std::sin(angle) + dy * std::cos(angle)) };
+                item.text = element.text;
+                item.height = element.size * scale;
+                item.rotation = angle;
+                item.color = look.color;
+                list.Add(item);
+                continue;
+            }
+            const double length = std::abs(element.length) * scale;
+            if (element.length >= 0) {
+                DisplayItem item { DisplayItem::Path, id };
+                const double end = std::min(total, at + length);
+                for (double d = at;;) {
+                    item.points.append(PointAt(points, cumulative, d, angle));
+                    auto next = std::upper_bound(cumulative.begin(), cumulative.end(), d);
+                    if (next == cumulative.end() || *next >= end) {
+                        if (end > d)
+                            item.points.append(PointAt(points, cumulative, end, angle));
+                        break;
+                    }
+                    d = *next;
+                }
+                item.color = look.color;
+                item.width = look.width;
+                list.Add(item);
+            }
+            at += length;
+        }
+    }
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+// Turns the working drawing into the view's display list: arcs, circles and
+// bulged polylines become point runs, block references are exploded with their
+// visible attributes, texts keep their place, and product entities are drawn in
+// their system code's colour, width, transparency and line type when the project
+// shows colours by system (by layer otherwise).
+#include "DisplayList.h"
+
+class ZcDbDatabase;
+class ZcDbEntity;
+class ZcDbMText;
+class ZcDbText;
+struct ZcDbLayerTableRecord;
+class LineTypeMgr;
+class QvKsCodeStyles;
+struct QvKsCodeStyle;
+struct LineTypeDef;
+
+class DisplayListBuilder
+{
+public:
+    struct Settings
+    {
+        bool colorBySystem = true;
+        // Drawing units per unit of a line-type pattern (the project's line-type
+        // scale times the drawing's scale).
+        double lineTypeScale = 100.0;
+    };
+
+    DisplayListBuilder(const QvKsCodeStyles& styles, const LineTypeMgr& lineTypes, const Settings& settings);
+
+    void Build(ZcDbDatabase* database, DisplayList& list) const;
+
+    // The colour of CAD colour index 1..255 on a dark background (7 is white).
+    static QColor AciColor(int index);
+    // A layer's own colour (white for a missing layer).
+    static QColor LayerColor(const ZcDbLayerTableRecord* layer);
+
+private:
+    struct Look
+    {
+        QColor color;
+        double width = 0.0;
+        const LineTypeDef* lineType = nullptr;
+    };
+
+    void AddEntity(const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database, ZcDbObjectId id,
+        DisplayList& list, int depth) const;
+    void AddShape(const ZcDbEntity& entity, const Look& look, ZcDbObjectId id, DisplayList& list) const;
+    void AddText(const ZcDbText& text, const Look& look, ZcDbObjectId id, DisplayList& list) const;
+    void AddMText(const ZcDbMText& mtext, const Look& look, ZcDbObjectId id, DisplayList& list) const;
+    void AddPath(
+        const QPolygonF& points, bool closed, const Look& look, ZcDbObjectId id, DisplayList& list) const;
+    void AddPattern(const QPolygonF& points, const Look& look, ZcDbObjectId id, DisplayList& list) const;
+    Look LookOf(const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const;
+    Look ProductLook(const QvKsCodeStyle& style) const;
+
+    const QvKsCodeStyles& m_styles;
+    const LineTypeMgr& m_lineTypes;
+    Settings m_settings;
+};

@@ -1,0 +1,96 @@
+#include "HostApp.h"
+
+#include "CommandLineWidget.h"
+#include "DisplayControlWindow.h"
+#include "HostOptions.h"
+#include "HostSession.h"
+#include "HostWindow.h"
+#include "ModalDriver.h"
+#include "ScriptRunner.h"
+#include "WinMessageBox.h"
+#include "ZcUtPrintf.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+void PrintError(const QString& text)
+{
+    std::fprintf(stderr, "qvhost: %s\n", text.toLocal8Bit().constData());
+}
+} // namespace
+
+void HostApp::PreparePlatform(const QStringList& arguments)
+{
+    if (!arguments.contains(QStringLiteral("--script")))
+        return;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The offscreen platform's notes on window hints say nothing to a script's reader.
+    if (qEnvironmentVariableIsEmpty("QT_LOGGING_RULES"))
+        qputenv("QT_LOGGING_RULES", "qt.*.warning=false;default.warning=false");
+}
+
+QString HostApp::DefaultPlugin()
+{
+    const QString path
+        = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("QvCommonSysUI.zrx"));
+    return QFileInfo::exists(path) ? path : QString();
+}
+
+int HostApp::Run(const QStringList& arguments)
+{
+    HostOptions options;
+    QString error;
+    if (!HostOptions::Parse(arguments, options, error)) {
+        PrintError(error);
+        std::fputs(HostOptions::Usage().toLocal8Bit().constData(), stderr);
+        return kBadArguments;
+    }
+    if (options.help) {
+        std::fputs(HostOptions::Usage().toLocal8Bit().constData(), stdout);
+        return kOk;
+    }
+    if (!options.script.isEmpty() && !QFileInfo(options.script).isReadable()) {
+        PrintError(QStringLiteral("the script %1 cannot be read").arg(options.script));
+        return kBadArguments;
+    }
+    InstallQtMessageBox();
+    HostSession session;
+    if (!session.Open(options.project, options.floor, error)) {
+        PrintError(error);
+        return kBadProject;
+    }
+    HostWindow window(session);
+    const QStringList plugins = options.pluginsGiven ? options.plugins : QStringList { DefaultPlugin() };
+    for (const QString& plugin : plugins) {
+        if (plugin.isEmpty())
+            continue;
+        if (!session.LoadPlugin(plugin, error)) {
+            PrintError(error);
+            return kBadPlugin;
+        }
+        window.CommandLine()->Print(QStringLiteral("\n已加载 %1").arg(QFileInfo(plugin).fileName()));
+    }
+    window.Regen();
+    window.show();
+    window.DisplayControl()->move(window.geometry().topRight() - QPoint(280, -60));
+    window.DisplayControl()->show();
+    if (options.script.isEmpty())
+        return QApplication::exec();
+
+    ModalDriver driver;
+    ScriptRunner runner(window, driver);
+    int result = kOk;
+    QTimer::singleShot(0, [&] {
+        result = runner.RunFile(options.script) == 0 ? kOk : kScriptFailed;
+        QApplication::quit();
+    });
+    QApplication::exec();
+    for (const QString& failure : runner.Failures())
+        PrintError(QStringLiteral("script %1: %2").arg(options.script, failure));
+    return result;
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+// The host's main window: the drawing view of the working drawing, the command
+// line (registered commands and the host's own: REGEN, FREDRAW, FLOOR, QUIT), the
+// attribute bar as a dock and the "显示控制" tool window. Strings commands queue
+// with sendStringToExecute run after the command that queued them.
+#include "ZcEdCommandLoop.h"
+
+#include <QMainWindow>
+
+class CommandLineWidget;
+class DisplayControlWindow;
+class DrawingView;
+class HostSession;
+class QDockWidget;
+class QLabel;
+class QTimer;
+
+class HostWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    explicit HostWindow(HostSession& session, QWidget* parent = nullptr);
+    ~HostWindow() override;
+
+    // Types `text` on the command line (a trailing blank submits it) and runs what
+    // it completes, then what was queued meanwhile. The number of commands run.
+    int RunCommandText(const QString& text);
+    // Re-reads codes, line types and the colour display type and rebuilds the view.
+    void Regen();
+    void Fredraw();
+    // Makes another floor's drawing the working one; false with a message printed.
+    bool SwitchFloor(const QString& floor);
+
+    DrawingView* View() const { return m_view; }
+    CommandLineWidget* CommandLine() const { return m_commandLine; }
+    DisplayControlWindow* DisplayControl() const { return m_displayControl; }
+    QDockWidget* BarDock() const { return m_barDock; }
+    const ZcEdCommandLoop& Loop() const { return m_loop; }
+    int RegenCount() const { return m_regens; }
+    bool QuitRequested() const { return m_quit; }
+
+Q_SIGNALS:
+    void quitRequested();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    bool RunHostCommand(const QString& word);
+    void RunQueuedStrings();
+    void UpdateStatus();
+
+    HostSession& m_session;
+    ZcEdCommandLoop m_loop;
+    DrawingView* m_view;
+    CommandLineWidget* m_commandLine;
+    QDockWidget* m_barDock;
+    DisplayControlWindow* m_displayControl;
+    QLabel* m_status;
+    QTimer* m_queueTimer;
+    bool m_inCommand = false;
+    bool m_awaitFloor = false;
+    bool m_quit = false;
+    int m_regens = 0;
+};

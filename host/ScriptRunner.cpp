@@ -1,0 +1,313 @@
+#include "ScriptRunner.h"
+
+#include "CommandLineWidget.h"
+#include "DrawingView.h"
+#include "HostWindow.h"
+#include "IFaceBarCtrl.h"
+#include "ModalDriver.h"
+#include "QvKsDataMng.h"
+#include "QvKsSysCodeBar.h"
+#include "WinMessage.h"
+#include "WinMessageBox.h"
+#include "ZcEdSelection.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTreeWidget>
+
+#include <cstdio>
+
+namespace {
+bool ParseAnswer(const QString& word, int& answer)
+{
+    static const QHash<QString, int> names { { QStringLiteral("ok"), IDOK },
+        { QStringLiteral("cancel"), IDCANCEL }, { QStringLiteral("yes"), IDYES },
+        { QStringLiteral("no"), IDNO } };
+    bool ok = false;
+    answer = names.value(word.toLower(), word.toInt(&ok));
+    return names.contains(word.toLower()) || (ok && answer > 0);
+}
+
+QString AnswerName(int answer)
+{
+    switch (answer) {
+    case IDOK:
+        return QStringLiteral("OK");
+    case IDCANCEL:
+        return QStringLiteral("Cancel");
+    case IDYES:
+        return QStringLiteral("Yes");
+    case IDNO:
+        return QStringLiteral("No");
+    default:
+        return QString::number(answer);
+    }
+}
+} // namespace
+
+ScriptRunner::ScriptRunner(HostWindow& window, ModalDriver& driver)
+    : m_window(window)
+    , m_driver(driver)
+{
+    QObject::connect(
+        &m_driver, &ModalDriver::report, &m_driver, [this](const QString& text) { Report(text); });
+    // Message boxes take the queued answers, else their default one; either way the
+    // box is written to the command line, so a script's log shows every question.
+    SetMessageBoxHandler([this](const MessageBoxRequest& box) {
+        int answer = DefaultMessageBoxAnswer(box.type);
+        if (!m_answers.empty()) {
+            answer = m_answers.front();
+            m_answers.pop_front();
+        }
+        Report(QStringLiteral("message box \"%1\": %2 -> %3").arg(box.caption, box.text, AnswerName(answer)));
+        return answer;
+    });
+}
+
+ScriptRunner::~ScriptRunner()
+{
+    SetMessageBoxHandler({});
+}
+
+void ScriptRunner::Report(const QString& text)
+{
+    m_window.CommandLine()->Print(QStringLiteral("\n[script] ") + text);
+    std::fprintf(stdout, "[script] %s\n", text.toLocal8Bit().constData());
+    std::fflush(stdout);
+}
+
+int ScriptRunner::RunFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_failures.append(QStringLiteral("the script %1 cannot be read").arg(path));
+        return 1;
+    }
+    return RunText(QString::fromUtf8(file.readAll()));
+}
+
+int ScriptRunner::RunText(const QString& text)
+{
+    const QStringList lines = text.split(u'\n');
+    for (qsizetype i = 0; i < lines.size() && !m_window.QuitRequested(); ++i) {
+        const QString line = lines[i].trimmed();
+        if (line.isEmpty() || line.startsWith(u'#'))
+            continue;
+        const qsizetype blank = line.indexOf(u' ');
+        const QString keyword = blank < 0 ? line : line.left(blank);
+        const QString rest = blank < 0 ? QString() : line.mid(blank + 1).trimmed();
+        QString error;
+        const bool ok = Execute(keyword.toLower(), rest, error);
+        for (const QString& failure : m_driver.Failures())
+            if (!m_failures.contains(QStringLiteral("line %1: %2").arg(i + 1).arg(failure)))
+                m_failures.append(QStringLiteral("line %1: %2").arg(i + 1).arg(failure));
+        if (!ok)
+            m_failures.append(QStringLiteral("line %1: %2").arg(i + 1).arg(error));
+        if (!m_failures.isEmpty())
+            return 1;
+    }
+    return 0;
+}
+
+bool ScriptRunner::Execute(const QString& keyword, const QString& rest, QString& error)
+{
+    if (keyword == QLatin1String("command")) {
+        m_window.CommandLine()->Print(QStringLiteral("\n命令: %1").arg(rest));
+        m_window.RunCommandText(rest + u' ');
+        return true;
+    }
+    if (keyword == QLatin1String("select"))
+        return Select(rest, error);
+    if (keyword == QLatin1String("select-cancel")) {
+        zcedSSQueueCancel();
+        return true;
+    }
+    if (keyword == QLatin1String("answer"))
+        return Answer(rest, error);
+    if (keyword == QLatin1String("dialog"))
+        return Dialog(rest, error);
+    if (keyword == QLatin1String("dialog-timeout")) {
+        bool ok = false;
+        const int ms = rest.toInt(&ok);
+        m_driver.SetTimeout(ms);
+        error = QStringLiteral("dialog-timeout needs milliseconds");
+        return ok && ms > 0;
+    }
+    if (keyword == QLatin1String("sql")) {
+        if (!QvKsDataMng::RunScript(rest, &error))
+            return false;
+        Report(QStringLiteral("store updated"));
+        return true;
+    }
+    if (keyword == QLatin1String("zoom")) {
+        if (rest == QLatin1String("extents")) {
+            m_window.View()->ZoomExtents();
+            return true;
+        }
+        bool ok = false;
+        const double factor = rest.toDouble(&ok);
+        if (ok && factor > 0)
+            m_window.View()->ZoomBy(
+                factor, QPointF(m_window.View()->width() / 2.0, m_window.View()->height() / 2.0));
+        error = QStringLiteral("zoom extents | zoom FACTOR");
+        return ok && factor > 0;
+    }
+    if (keyword == QLatin1String("echo")) {
+        Report(rest);
+        return true;
+    }
+    if (keyword.startsWith(QLatin1String("expect")))
+        return ExecuteCheck(keyword, rest, error);
+    return ExecuteWindow(keyword, rest, error);
+}
+
+bool ScriptRunner::ExecuteWindow(const QString& keyword, const QString& rest, QString& error)
+{
+    if (keyword == QLatin1String("screenshot"))
+        return Screenshot(&m_window, rest, error);
+    if (keyword == QLatin1String("screenshot-window")) {
+        const QString title = rest.section(u' ', 0, 0);
+        const QString file = rest.section(u' ', 1).trimmed();
+        QWidget* window = qobject_cast<QWidget*>(FindWindow(nullptr, title));
+        if (!window) {
+            error = QStringLiteral("no window titled \"%1\"").arg(title);
+            return false;
+        }
+        return Screenshot(window, file, error);
+    }
+    if (keyword == QLatin1String("message")) {
+        const QString title = rest.section(u' ', 0, -2);
+        bool ok = false;
+        const UINT number = rest.section(u' ', -1).toUInt(&ok);
+        HWND window = FindWindow(nullptr, title);
+        if (!ok || !window) {
+            error = ok ? QStringLiteral("no window titled \"%1\"").arg(title)
+                       : QStringLiteral("message TITLE NUMBER");
+            return false;
+        }
+        Report(QStringLiteral("message %1 to \"%2\" -> %3")
+                   .arg(number)
+                   .arg(title)
+                   .arg(SendMessage(window, number, 0, 0)));
+        return true;
+    }
+    if (keyword == QLatin1String("bar-select")) {
+        IFaceBarCtrl::SetTreeItem(rest);
+        error = QStringLiteral("the attribute bar has no code \"%1\"").arg(rest);
+        return IFaceBarCtrl::CurSysCode() == IFaceBarCtrl::ResolveCode(rest)
+            && !IFaceBarCtrl::CurSysCode().isEmpty();
+    }
+    if (keyword == QLatin1String("bar-dblclick"))
+        return BarDoubleClick(rest, error);
+    error = QStringLiteral("unknown statement \"%1\"").arg(keyword);
+    return false;
+}
+
+bool ScriptRunner::ExecuteCheck(const QString& keyword, const QString& rest, QString& error)
+{
+    if (keyword == QLatin1String("expect") || keyword == QLatin1String("expect-not")) {
+        const bool found = m_window.CommandLine()->HistoryText().contains(rest);
+        const bool wanted = keyword == QLatin1String("expect");
+        error = (wanted ? QStringLiteral("the command history has no \"%1\"")
+                        : QStringLiteral("the command history has \"%1\""))
+                    .arg(rest);
+        return found == wanted;
+    }
+    if (keyword == QLatin1String("expect-bar")) {
+        error = QStringLiteral("the attribute bar shows \"%1\", not \"%2\"")
+                    .arg(IFaceBarCtrl::CurSysCode(), rest);
+        return IFaceBarCtrl::CurSysCode() == rest;
+    }
+    error = QStringLiteral("unknown statement \"%1\"").arg(keyword);
+    return false;
+}
+
+bool ScriptRunner::Select(const QString& rest, QString& error)
+{
+    const QStringList parts = rest.split(u' ', Qt::SkipEmptyParts);
+    double v[4] = {};
+    bool ok = parts.size() == 4;
+    for (int i = 0; ok && i < 4; ++i)
+        v[i] = parts[i].toDouble(&ok);
+    if (!ok) {
+        error = QStringLiteral("select X1 Y1 X2 Y2");
+        return false;
+    }
+    const std::vector<ZcDbObjectId> ids
+        = m_window.View()->SelectBox(QPointF(v[0], v[1]), QPointF(v[2], v[3]));
+    zcedSSQueueSelection(ids);
+    Report(QStringLiteral("selection of %1 objects queued").arg(ids.size()));
+    return true;
+}
+
+bool ScriptRunner::Answer(const QString& rest, QString& error)
+{
+    int answer = 0;
+    if (!ParseAnswer(rest, answer)) {
+        error = QStringLiteral("answer ok|cancel|yes|no|NUMBER");
+        return false;
+    }
+    m_answers.push_back(answer);
+    return true;
+}
+
+bool ScriptRunner::Dialog(const QString& rest, QString& error)
+{
+    const QString kind = rest.section(u' ', 0, 0).toLower();
+    const QString value = rest.section(u' ', 1).trimmed();
+    bool ok = false;
+    const int id = value.toInt(&ok);
+    ModalDriver::Step step { ModalDriver::Step::Accept };
+    if (kind == QLatin1String("ok"))
+        step.kind = ModalDriver::Step::Accept;
+    else if (kind == QLatin1String("cancel"))
+        step.kind = ModalDriver::Step::Reject;
+    else if (kind == QLatin1String("screenshot") && !value.isEmpty())
+        step = { ModalDriver::Step::Screenshot, 0, QFileInfo(value).absoluteFilePath() };
+    else if (kind == QLatin1String("click") && ok)
+        step = { ModalDriver::Step::Click, id };
+    else if (kind == QLatin1String("expect") && ok)
+        step = { ModalDriver::Step::Expect, id };
+    else {
+        error = QStringLiteral("dialog screenshot FILE | expect ID | click ID | ok | cancel");
+        return false;
+    }
+    m_driver.Queue(step);
+    return true;
+}
+
+bool ScriptRunner::Screenshot(QWidget* widget, const QString& file, QString& error)
+{
+    if (file.isEmpty()) {
+        error = QStringLiteral("screenshot needs a file name");
+        return false;
+    }
+    const QString path = QFileInfo(file).absoluteFilePath();
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QApplication::processEvents();
+    if (!widget->grab().save(path)) {
+        error = QStringLiteral("cannot write %1").arg(path);
+        return false;
+    }
+    Report(QStringLiteral("\"%1\" saved to %2").arg(widget->windowTitle(), path));
+    return true;
+}
+
+bool ScriptRunner::BarDoubleClick(const QString& code, QString& error)
+{
+    QvKsSysCodeBar* bar = IFaceBarCtrl::SysCodeBar();
+    QTreeWidgetItem* item = bar ? bar->ItemOf(IFaceBarCtrl::ResolveCode(code)) : nullptr;
+    if (!item) {
+        error = QStringLiteral("the attribute bar has no code \"%1\"").arg(code);
+        return false;
+    }
+    bar->Tree()->setCurrentItem(item);
+    Q_EMIT bar->Tree()->itemDoubleClicked(item, 0);
+    // The bar calls the registered function queued: let it run (it may open dialogs,
+    // which the queued dialog steps work).
+    QApplication::processEvents();
+    QApplication::processEvents();
+    return true;
+}

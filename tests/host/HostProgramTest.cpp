@@ -1,0 +1,113 @@
+// qvhost as a program: a script run offscreen with screenshots, and the clear
+// refusals of a broken start (nothing written to the project then).
+#include "DemoProject.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+
+namespace {
+QByteArray FolderDigest(const QString& folder)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    QDir dir(folder);
+    for (const QString& name : dir.entryList(QDir::Files, QDir::Name)) {
+        QFile file(dir.filePath(name));
+        if (file.open(QIODevice::ReadOnly)) {
+            hash.addData(name.toUtf8());
+            hash.addData(file.readAll());
+        }
+    }
+    return hash.result();
+}
+
+bool WriteText(const QString& path, const QByteArray& text)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+}
+} // namespace
+
+TEST(HostProgram, ScriptRunsOffscreenAndSavesScreenshots)
+{
+    DemoProject project;
+    const QString shot = ArtifactPath(QStringLiteral("host-main.png"));
+    const QString script = project.File(QStringLiteral("demo.qvs"));
+    ASSERT_TRUE(WriteText(script,
+        QStringLiteral(
+            "select -1e6 -1e6 1e6 1e6\ncommand qvhtest\nexpect [qvhtest] selected\nscreenshot %1\n")
+            .arg(shot)
+            .toUtf8()));
+    QFile::remove(shot);
+    const HostRun run = RunQvhost({ QStringLiteral("--project"), project.Path(), QStringLiteral("--plugin"),
+        QStringLiteral(QV_HOST_TEST_PLUGIN), QStringLiteral("--script"), script });
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    const QImage image(shot);
+    ASSERT_FALSE(image.isNull());
+    EXPECT_GE(image.width(), 800);
+}
+
+TEST(HostProgram, FailingScriptStatementGivesExitOneAndSaysWhich)
+{
+    DemoProject project;
+    const QString script = project.File(QStringLiteral("bad.qvs"));
+    ASSERT_TRUE(WriteText(script, "echo start\nexpect no such text\n"));
+    const HostRun run = RunQvhost({ QStringLiteral("--project"), project.Path(), QStringLiteral("--plugin"),
+        QStringLiteral(QV_HOST_TEST_PLUGIN), QStringLiteral("--script"), script });
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.err.contains(QStringLiteral("line 2"))) << run.err.toStdString();
+}
+
+struct BrokenStart
+{
+    const char* what;
+    int exitCode;
+    const char* message;
+};
+
+class HostBrokenStart : public ::testing::TestWithParam<BrokenStart>
+{ };
+
+TEST_P(HostBrokenStart, RefusesWithClearMessageAndWritesNothing)
+{
+    const BrokenStart& c = GetParam();
+    DemoProject project;
+    const QString what = QString::fromLatin1(c.what);
+    QStringList args { QStringLiteral("--project"), project.Path(), QStringLiteral("--script"),
+        project.File(QStringLiteral("s.qvs")) };
+    ASSERT_TRUE(WriteText(project.File(QStringLiteral("s.qvs")), "echo hi\n"));
+    if (what == QLatin1String("missing project"))
+        args[1] = project.File(QStringLiteral("nowhere"));
+    else if (what == QLatin1String("broken store"))
+        ASSERT_TRUE(WriteText(project.File(QStringLiteral("project.qvks")), "not a store"));
+    else if (what == QLatin1String("missing drawing"))
+        ASSERT_TRUE(QFile::remove(project.File(QStringLiteral("1F.dxf"))));
+    else if (what == QLatin1String("broken drawing"))
+        ASSERT_TRUE(
+            WriteText(project.File(QStringLiteral("1F.dxf")), "0\nSECTION\n2\nENTITIES\n0\nLINE\n10\nabc"));
+    else if (what == QLatin1String("unknown floor"))
+        args << QStringLiteral("--floor") << QStringLiteral("9F");
+    else if (what == QLatin1String("broken plug-in")) {
+        ASSERT_TRUE(WriteText(project.File(QStringLiteral("x.zrx")), "not a library"));
+        args << QStringLiteral("--plugin") << project.File(QStringLiteral("x.zrx"));
+    } else if (what == QLatin1String("missing plug-in"))
+        args << QStringLiteral("--plugin") << project.File(QStringLiteral("none.zrx"));
+    else if (what == QLatin1String("bad option"))
+        args << QStringLiteral("--frobnicate");
+    const QByteArray before = FolderDigest(project.Path());
+    const HostRun run = RunQvhost(args);
+    EXPECT_EQ(run.exitCode, c.exitCode) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains(QString::fromUtf8(c.message))) << run.err.toStdString();
+    EXPECT_EQ(FolderDigest(project.Path()), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, HostBrokenStart,
+    ::testing::Values(BrokenStart { "missing project", 3, "does not exist" },
+        BrokenStart { "broken store", 3, "cannot be opened" },
+        BrokenStart { "missing drawing", 3, "cannot be read" },
+        BrokenStart { "broken drawing", 3, "cannot be read" },
+        BrokenStart { "unknown floor", 3, "no floor \"9F\"" },
+        BrokenStart { "broken plug-in", 4, "cannot be loaded" },
+        BrokenStart { "missing plug-in", 4, "does not exist" },
+        BrokenStart { "bad option", 2, "unknown argument" }));

@@ -1,0 +1,84 @@
+// A tiny application file for the host tests: a command that selects, queues a
+// redraw and reports; a command that opens a dialog and asks a question; one that
+// opens the CAD colour dialog; and the attribute bar's double-click callback.
+#include "IFaceBarCtrl.h"
+#include "QvKsCADColorTool.h"
+#include "WinMessageBox.h"
+#include "ZcApDocManager.h"
+#include "ZcEdCommandStack.h"
+#include "ZcEdSelection.h"
+#include "ZcRxDictionary.h"
+#include "ZcRxDynamicLinker.h"
+#include "ZcRxEntryPoint.h"
+#include "ZcUtPrintf.h"
+
+#include <QDialog>
+#include <QHBoxLayout>
+#include <QPushButton>
+
+namespace {
+void onSelect()
+{
+    zcutPrintf(u"\n[qvhtest] ran");
+    zds_name ss;
+    if (zcedSSGet(u"-W-WP", nullptr, nullptr, nullptr, ss) != RTNORM) {
+        zcutPrintf(u"\n[qvhtest] cancelled");
+        return;
+    }
+    qint32 length = 0;
+    zcedSSLength(ss, &length);
+    zcedSSFree(ss);
+    zcutPrintf(QStringLiteral("\n[qvhtest] selected %1").arg(length));
+    ZcApDocManager* manager = zcDocManagerPtr();
+    manager->sendStringToExecute(manager->curDocument(), u"fredraw ", false, true, false);
+    zcutPrintf(u"\n[qvhtest] done");
+}
+
+void onDialog()
+{
+    QDialog dialog;
+    dialog.setWindowTitle(QStringLiteral("测试对话框"));
+    auto* layout = new QHBoxLayout(&dialog);
+    for (int id : { 1, 2, 300 }) {
+        auto* button = new QPushButton(QStringLiteral("按钮 %1").arg(id), &dialog);
+        button->setProperty("controlId", id);
+        layout->addWidget(button);
+        QObject::connect(button, &QPushButton::clicked, &dialog, [&dialog, id] { dialog.done(id); });
+    }
+    const int result = dialog.exec();
+    const int answer
+        = MessageBoxExW(GetActiveWindow(), QStringLiteral("继续吗?"), QStringLiteral("Quorvatek"), 0x12034);
+    zcutPrintf(QStringLiteral("\n[qvhdlg] result %1 answer %2").arg(result).arg(answer));
+}
+
+void onColor()
+{
+    COLORREF chosen = 0;
+    const bool ok = QvKsCADColorTool::InvokeCADColorDlg(0x000000FF, chosen);
+    zcutPrintf(QStringLiteral("\n[qvhcolor] %1 %2").arg(ok).arg(chosen, 8, 16, QLatin1Char('0')));
+}
+
+void onBarDbClick()
+{
+    zcutPrintf(QStringLiteral("\n[qvhtest] dblclick %1").arg(IFaceBarCtrl::CurSysCode()));
+}
+} // namespace
+
+extern "C" int zcrxGetApiVersion()
+{
+    return ZCRX_API_VERSION;
+}
+
+extern "C" ZcRx::AppRetCode zcrxEntryPoint(ZcRx::AppMsgCode msg, void* appId)
+{
+    if (msg != kInitAppMsg)
+        return kRetOK;
+    auto* linker = ZcRxDynamicLinker::cast(zcrxSysRegistry()->at(ZCRX_DYNAMIC_LINKER));
+    linker->unlockApplication(appId);
+    auto* commands = ZcEdCommandStack::cast(zcrxSysRegistry()->at(ZCRX_COMMAND_DOCK));
+    commands->addCommand(u"QVHTEST", u"_qvhtest", u"qvhtest", 0, onSelect);
+    commands->addCommand(u"QVHTEST", u"_qvhdlg", u"qvhdlg", 0, onDialog);
+    commands->addCommand(u"QVHTEST", u"_qvhcolor", u"qvhcolor", 0, onColor);
+    IFaceBarCtrl::RegDbClickSysFunc(&onBarDbClick);
+    return kRetOK;
+}
