@@ -23,6 +23,14 @@
 #include <memory>
 
 namespace {
+
+DisplayItem NewItem(DisplayItem::Kind kind, ZcDbObjectId id)
+{
+    DisplayItem item;
+    item.kind = kind;
+    item.entity = id;
+    return item;
+}
 constexpr int kMaxBlockDepth = 8;
 constexpr double kPi = 3.14159265358979323846;
 // More pattern repeats than this on one path: drawn continuous.
@@ -236,7 +244,7 @@ void DisplayListBuilder::AddShape(
 void DisplayListBuilder::AddText(
     const ZcDbText& text, const Look& look, ZcDbObjectId id, DisplayList& list) const
 {
-    DisplayItem item { DisplayItem::Text, id };
+    DisplayItem item = NewItem(DisplayItem::Text, id);
     const bool aligned = text.horizontalMode() != 0 || text.verticalMode() != 0;
     const ZcGePoint3d at = aligned ? text.alignmentPoint() : text.position();
     const double width = text.height() * 0.9 * text.textString().size();
@@ -265,7 +273,7 @@ void DisplayListBuilder::AddMText(
     const double total = h * (1.6 * (lines.size() - 1) + 1);
     double y = mtext.location().y - h - (row == 1 ? -total / 2 : row == 2 ? -total : 0.0);
     for (const QString& line : lines) {
-        DisplayItem item { DisplayItem::Text, id };
+        DisplayItem item = NewItem(DisplayItem::Text, id);
         item.points = { QPointF(mtext.location().x, y) };
         item.text = line;
         item.height = h;
@@ -288,7 +296,9 @@ void DisplayListBuilder::AddPath(
         AddPattern(run, look, id, list);
         return;
     }
-    DisplayItem item { DisplayItem::Path, id, points, closed };
+    DisplayItem item = NewItem(DisplayItem::Path, id);
+    item.points = points;
+    item.closed = closed;
     item.color = look.color;
     item.width = look.width;
     list.Add(item);
@@ -304,7 +314,8 @@ void DisplayListBuilder::AddPattern(
     const double scale = m_settings.lineTypeScale;
     const double period = look.lineType->PatternLength() * scale;
     if (period <= 0 || total / period > kMaxRepeats) {
-        DisplayItem item { DisplayItem::Path, id, points };
+        DisplayItem item = NewItem(DisplayItem::Path, id);
+        item.points = points;
         item.color = look.color;
         item.width = look.width;
         list.Add(item);
@@ -320,7 +331,7 @@ void DisplayListBuilder::AddPattern(
                 const QPointF base = PointAt(points, cumulative, at, angle);
                 const double dx = element.dx * scale;
                 const double dy = element.dy * scale;
-                DisplayItem item { DisplayItem::Text, id };
+                DisplayItem item = NewItem(DisplayItem::Text, id);
                 item.points = { base
                     + QPointF(dx * std::cos(angle) - dy * std::sin(angle),
                         dx * std::sin(angle) + dy * std::cos(angle)) };
@@ -333,7 +344,7 @@ void DisplayListBuilder::AddPattern(
             }
             const double length = std::abs(element.length) * scale;
             if (element.length >= 0) {
-                DisplayItem item { DisplayItem::Path, id };
+                DisplayItem item = NewItem(DisplayItem::Path, id);
                 const double end = std::min(total, at + length);
                 for (double d = at;;) {
                     item.points.append(PointAt(points, cumulative, d, angle));
