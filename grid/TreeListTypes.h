@@ -13,11 +13,6 @@
 class CTreeListItem;
 class QObject;
 
-#ifndef TRUE
-constexpr BOOL TRUE = 1;
-constexpr BOOL FALSE = 0;
-#endif
-
 // An item of the grid. A handle stays valid until its item is deleted.
 using HTREEITEM = CTreeListItem*;
 

@@ -22,9 +22,18 @@ public:
     struct Step
     {
         enum Kind { Screenshot, Expect, Click, Accept, Reject };
-        Kind kind;
+        Kind kind = Accept;
         int controlId = 0;
         QString file;
+
+        static Step Make(Kind kind, int controlId, const QString& file = QString())
+        {
+            Step step;
+            step.kind = kind;
+            step.controlId = controlId;
+            step.file = file;
+            return step;
+        }
     };
 
     explicit ModalDriver(QObject* parent = nullptr);

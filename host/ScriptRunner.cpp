@@ -259,17 +259,17 @@ bool ScriptRunner::Dialog(const QString& rest, QString& error)
     const QString value = rest.section(u' ', 1).trimmed();
     bool ok = false;
     const int id = value.toInt(&ok);
-    ModalDriver::Step step { ModalDriver::Step::Accept };
+    ModalDriver::Step step;
     if (kind == QLatin1String("ok"))
         step.kind = ModalDriver::Step::Accept;
     else if (kind == QLatin1String("cancel"))
         step.kind = ModalDriver::Step::Reject;
     else if (kind == QLatin1String("screenshot") && !value.isEmpty())
-        step = { ModalDriver::Step::Screenshot, 0, QFileInfo(value).absoluteFilePath() };
+        step = ModalDriver::Step::Make(ModalDriver::Step::Screenshot, 0, QFileInfo(value).absoluteFilePath());
     else if (kind == QLatin1String("click") && ok)
-        step = { ModalDriver::Step::Click, id };
+        step = ModalDriver::Step::Make(ModalDriver::Step::Click, id);
     else if (kind == QLatin1String("expect") && ok)
-        step = { ModalDriver::Step::Expect, id };
+        step = ModalDriver::Step::Make(ModalDriver::Step::Expect, id);
     else {
         error = QStringLiteral("dialog screenshot FILE | expect ID | click ID | ok | cancel");
         return false;

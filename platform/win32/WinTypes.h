@@ -10,6 +10,8 @@ using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using UINT = unsigned int;
 using BOOL = int;
+constexpr BOOL TRUE = 1;
+constexpr BOOL FALSE = 0;
 // A colour as 0x00BBGGRR. Kept in data everywhere; converted only where painted.
 using COLORREF = std::uint32_t;
 // A window: any QObject stands in; widget code casts it back to QWidget.
