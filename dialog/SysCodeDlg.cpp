@@ -230,10 +230,9 @@ HTREEITEM SysCodeDlg::FindRowByFullName(const QString& fullName) const
     return found;
 }
 
-const SysCodeRowData* SysCodeDlg::GetRowData(HTREEITEM row) const
+int SysCodeDlg::GetRowNodeIndex(HTREEITEM row) const
 {
-    const auto it = m_rowData.find(row);
-    return it == m_rowData.end() ? nullptr : &it->second;
+    return int(m_tree.GetItemData(row));
 }
 
 void SysCodeDlg::OnGridDeleteItem(const NMLISTVIEW& info)
@@ -242,7 +241,6 @@ void SysCodeDlg::OnGridDeleteItem(const NMLISTVIEW& info)
     if (m_bDragging)
         return;
     m_mapRowInfo.erase(info.hItem);
-    m_rowData.erase(info.hItem);
     if (m_pCurRow == info.hItem)
         m_pCurRow = nullptr;
 }

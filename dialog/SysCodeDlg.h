@@ -9,7 +9,6 @@
 #include "CTreeListCtrl.h"
 #include "QvKsQtxmInfo.h"
 #include "QvKsUiNumEdit.h"
-#include "SysCodeRowData.h"
 
 #include <QDialog>
 #include <QListWidget>
@@ -58,7 +57,9 @@ public:
     // Level-name path of a row joined by "\" (store form).
     QString GetRowFullName(HTREEITEM row) const;
     HTREEITEM FindRowByFullName(const QString& fullName) const;
-    const SysCodeRowData* GetRowData(HTREEITEM row) const;
+    // The stored node index a row carries as its item data; 0 for a row made in
+    // the dialog and not saved yet.
+    int GetRowNodeIndex(HTREEITEM row) const;
 
     // Data exchange between the bound members and their controls.
     void UpdateData(bool bSaveAndValidate);
@@ -136,7 +137,5 @@ private:
     void BuildChildRecords(CSysCodeData& parent, HTREEITEM row);
 
     QCheckBox* m_checkDispAddedMsg = nullptr;
-    // Row data by row; the map's nodes stay put, so each row's item data points at its entry.
-    std::unordered_map<HTREEITEM, SysCodeRowData> m_rowData;
     bool m_bInitialised = false;
 };

@@ -132,9 +132,7 @@ HTREEITEM SysCodeDlg::InsertNodeRow(const CSysCodeData& node, HTREEITEM parent, 
             m_tree.SetItemBackColor(row, kSysCodeGridBkColor, column);
         }
     }
-    SysCodeRowData& data = m_rowData[row];
-    data = SysCodeRowData { node.GetFullName(), node.GetNodeIndex() };
-    m_tree.SetItemData(row, reinterpret_cast<quintptr>(&data));
+    m_tree.SetItemData(row, quintptr(std::max(node.GetNodeIndex(), 0)));
     if (!node.GetAddedMsg().isEmpty())
         m_mapRowInfo[row] = node.GetAddedMsg();
     m_nMaxIndex = std::max(m_nMaxIndex, node.GetNodeIndex());

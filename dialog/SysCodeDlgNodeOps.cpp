@@ -69,9 +69,8 @@ bool SysCodeDlg::BuildRecordFromRow(CSysCodeData& record, HTREEITEM row) const
     record.SetLineWidth(text(kColLineWidth).toDouble());
     record.SetAlpha(text(kColAlpha).toInt());
     record.SetDescribe(text(kColRemark));
-    const SysCodeRowData* data = GetRowData(row);
-    if (data && data->nNodeIndex > 0) {
-        record.SetNodeIndex(data->nNodeIndex);
+    if (const int index = GetRowNodeIndex(row); index > 0) {
+        record.SetNodeIndex(index);
         return false;
     }
     return true;

@@ -436,12 +436,20 @@ QString CTreeListCtrl::GetItemText(HTREEITEM item, int column) const
     return column == 0 ? text.left(kTreeTextLimit) : text;
 }
 
+// While painting is suspended the whole viewport is repainted when it resumes, so
+// per-cell notices would only cost time during a fill of thousands of rows.
+void CTreeListCtrl::notifyCellChanged(HTREEITEM item, int column)
+{
+    if (m_redrawLocks == 0)
+        m_model->cellChanged(item, column);
+}
+
 BOOL CTreeListCtrl::SetItemText(HTREEITEM item, const QString& text, int column)
 {
     if (!validCell(item, column))
         return FALSE;
     m_model->tree().setText(item, column, text);
-    m_model->cellChanged(item, column);
+    notifyCellChanged(item, column);
     return TRUE;
 }
 
@@ -466,7 +474,7 @@ BOOL CTreeListCtrl::SetItemColor(HTREEITEM item, COLORREF colour, int column)
     if (!validCell(item, column))
         return FALSE;
     m_model->tree().setTextColor(item, column, colour);
-    m_model->cellChanged(item, -1);
+    notifyCellChanged(item, -1);
     return TRUE;
 }
 
@@ -475,7 +483,7 @@ BOOL CTreeListCtrl::SetItemBackColor(HTREEITEM item, COLORREF colour, int column
     if (!validCell(item, column))
         return FALSE;
     m_model->tree().setBackColor(item, column, colour);
-    m_model->cellChanged(item, -1);
+    notifyCellChanged(item, -1);
     return TRUE;
 }
 

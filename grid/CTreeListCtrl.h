@@ -181,6 +181,7 @@ protected:
 private:
     bool valid(HTREEITEM item) const;
     bool validCell(HTREEITEM item, int column) const;
+    void notifyCellChanged(HTREEITEM item, int column);
     void syncExpanded(HTREEITEM item);
     void syncExpandedSubtree(HTREEITEM item);
     void onSelectionChanged(const QItemSelection& selected, const QItemSelection& deselected);

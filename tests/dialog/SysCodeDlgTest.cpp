@@ -129,8 +129,7 @@ TEST_F(SysCodeDlgTest, RowsShowTheCodesOfTheSpecialty)
     EXPECT_EQ(g.GetItemText(wl1, 7), QStringLiteral("2.5"));
     EXPECT_EQ(g.GetItemText(wl1, 8), QStringLiteral("10"));
     EXPECT_EQ(g.GetItemText(g.GetChildItem(wl1), 7), QStringLiteral("30")); // width not set
-    ASSERT_NE(dlg->GetRowData(wl1), nullptr);
-    EXPECT_EQ(dlg->GetRowData(wl1)->nNodeIndex, 2);
+    EXPECT_EQ(dlg->GetRowNodeIndex(wl1), 2);
     EXPECT_EQ(dlg->m_nMaxIndex, 5);
 }
 
