@@ -9,18 +9,30 @@
 #include <QFile>
 #include <QSettings>
 
-bool CISysCode::GetSpecCodeInfos(CSysCodeData& root, const QString& spec)
+namespace {
+// The open store and the specialty's row; false (with the store's last error set)
+// when no project is open or it has no such specialty.
+bool RequireSpec(const QString& spec, ProjectStore*& store, int& specId, int& maxIndex)
 {
-    root.DeleteData();
-    ProjectStore* store = ProjectStore::Require();
+    store = ProjectStore::Require();
     if (!store)
         return false;
-    int specId = 0;
-    int maxIndex = 0;
     if (!CodeTreeStore::FindSpec(store->Db(), spec, specId, maxIndex)) {
         ProjectStore::Fail(QStringLiteral("the project has no specialty \"%1\"").arg(spec));
         return false;
     }
+    return true;
+}
+} // namespace
+
+bool CISysCode::GetSpecCodeInfos(CSysCodeData& root, const QString& spec)
+{
+    root.DeleteData();
+    ProjectStore* store = nullptr;
+    int specId = 0;
+    int maxIndex = 0;
+    if (!RequireSpec(spec, store, specId, maxIndex))
+        return false;
     QString error;
     if (!CodeTreeStore::Load(store->Db(), specId, root, &error)) {
         ProjectStore::Fail(error);
@@ -32,15 +44,11 @@ bool CISysCode::GetSpecCodeInfos(CSysCodeData& root, const QString& spec)
 
 bool CISysCode::SetSpecCodeInfos(CSysCodeData& root, const QString& spec)
 {
-    ProjectStore* store = ProjectStore::Require();
-    if (!store)
-        return false;
+    ProjectStore* store = nullptr;
     int specId = 0;
     int maxIndex = 0;
-    if (!CodeTreeStore::FindSpec(store->Db(), spec, specId, maxIndex)) {
-        ProjectStore::Fail(QStringLiteral("the project has no specialty \"%1\"").arg(spec));
+    if (!RequireSpec(spec, store, specId, maxIndex))
         return false;
-    }
     QString error;
     if (!CodeTreeStore::Save(store->Db(), specId, root, &error)) {
         ProjectStore::Fail(error);

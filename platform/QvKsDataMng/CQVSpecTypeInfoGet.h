@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ESysCodeSpecType.h"
+#include "SysCodeSpecialtyType.h"
 
 #include <QString>
 
