@@ -49,7 +49,7 @@ void SysCodeDlg::ScanOtherFloors()
     for (const SQvKsFloorData& floor : floors) {
         if (floor.strName == project.GetCurFloorName())
             continue;
-        ZcDbDatabase side(false, true);
+        ZcDbDatabase side(false, false);
         const QString file = IFloorMng::GetDwgFullNameByFloorName(floor.strName);
         if (side.readDwgFile(file, _SH_DENYWR, false, nullptr) == Zcad::eOk)
             ScanModelSpace(&side);
