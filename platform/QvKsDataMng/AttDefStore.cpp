@@ -62,15 +62,29 @@ bool AttDefStore::LoadPaths(QStringList& categoryPaths, QStringList& memberPaths
     return categories.Done();
 }
 
+namespace {
+// The open store when `name` may be a member's name; null with `error` otherwise.
+sqlite3* StoreForEdit(const QString& name, QString& error)
+{
+    const QString problem = AttDefStore::CheckName(name);
+    if (!problem.isEmpty()) {
+        Fail(error, problem);
+        return nullptr;
+    }
+    ProjectStore* store = ProjectStore::Require();
+    if (!store) {
+        Fail(error, ProjectStore::LastError());
+        return nullptr;
+    }
+    return store->Db();
+}
+} // namespace
+
 bool AttDefStore::AddMember(const QString& categoryPath, const QString& name, QString& error)
 {
-    const QString problem = CheckName(name);
-    if (!problem.isEmpty())
-        return Fail(error, problem);
-    ProjectStore* store = ProjectStore::Require();
-    if (!store)
-        return Fail(error, ProjectStore::LastError());
-    sqlite3* db = store->Db();
+    sqlite3* db = StoreForEdit(name, error);
+    if (!db)
+        return false;
     AttLibrary::Category category;
     if (!FindCategory(db, categoryPath, category))
         return Fail(error, QStringLiteral("%1 不是属性库的小类").arg(categoryPath));
@@ -90,13 +104,9 @@ bool AttDefStore::AddMember(const QString& categoryPath, const QString& name, QS
 
 bool AttDefStore::RenameMember(const QString& memberPath, const QString& newName, QString& error)
 {
-    const QString problem = CheckName(newName);
-    if (!problem.isEmpty())
-        return Fail(error, problem);
-    ProjectStore* store = ProjectStore::Require();
-    if (!store)
-        return Fail(error, ProjectStore::LastError());
-    sqlite3* db = store->Db();
+    sqlite3* db = StoreForEdit(newName, error);
+    if (!db)
+        return false;
     const qsizetype cut = memberPath.lastIndexOf(u'\\');
     AttLibrary::Category category;
     if (cut <= 0 || !FindCategory(db, memberPath.left(cut), category))
