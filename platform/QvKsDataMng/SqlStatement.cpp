@@ -3,7 +3,6 @@
 #include <sqlite3.h>
 
 SqlStatement::SqlStatement(sqlite3* db, const char* sql)
-    : m_db(db)
 {
     if (db)
         m_rc = sqlite3_prepare_v2(db, sql, -1, &m_stmt, nullptr);

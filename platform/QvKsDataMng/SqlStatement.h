@@ -38,7 +38,6 @@ public:
     bool IsNull(int col) const;
 
 private:
-    sqlite3* m_db;
     sqlite3_stmt* m_stmt = nullptr;
     int m_rc = 0;
 };
