@@ -116,6 +116,9 @@ protected:
     void CopyRow(HTREEITEM row);
     void PasteRow(const CSysCodeData& clipboard, HTREEITEM row, bool bNewColors);
     void ClearClipboard();
+    // The pipeline-information cell's button (10009) of `row`: the picker, and the
+    // chosen path into m_mapRowInfo with its last part in the cell.
+    void OnPipeInfoCellButton(HTREEITEM row);
 
 private:
     void CreateControls();

@@ -1,5 +1,6 @@
 // The Qt face of MessageBoxExW: a QMessageBox with the buttons, icon and default
 // button the Win32 style value asks for. Installed when this library is loaded.
+#include "QtFileDialog.h"
 #include "WinMessage.h"
 #include "WinMessageBox.h"
 
@@ -102,4 +103,5 @@ void InstallQtMessageBox()
 {
     SetGuiMessageBox(&showBox, &activeWindow);
     SetTopLevelWindowFinder(&topLevelByTitle);
+    InstallQtFileDialog();
 }
