@@ -8,6 +8,7 @@
 #include "Resource.h"
 #include "Specialty.h"
 #include "SysCodeIcon.h"
+#include "SysCodeIndexPath.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -228,6 +229,11 @@ HTREEITEM SysCodeDlg::FindRowByFullName(const QString& fullName) const
         parent = found;
     }
     return found;
+}
+
+QString SysCodeDlg::GetSysCodeIndexPath(QString& fullPath)
+{
+    return ::GetSysCodeIndexPath(fullPath, m_bSelCodeReplaced);
 }
 
 int SysCodeDlg::GetRowNodeIndex(HTREEITEM row) const

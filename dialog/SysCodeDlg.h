@@ -60,6 +60,10 @@ public:
     // The stored node index a row carries as its item data; 0 for a row made in
     // the dialog and not saved yet.
     int GetRowNodeIndex(HTREEITEM row) const;
+    // Index path of a full path ("specialty\name…"). A path that names no code falls
+    // back to the specialty's first top-level code: `fullPath` is rewritten to it and
+    // m_bSelCodeReplaced records it.
+    QString GetSysCodeIndexPath(QString& fullPath);
 
     // Data exchange between the bound members and their controls.
     void UpdateData(bool bSaveAndValidate);

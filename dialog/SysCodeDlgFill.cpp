@@ -12,6 +12,7 @@
 #include "Specialty.h"
 #include "SysCodeColumns.h"
 #include "SysCodeIcon.h"
+#include "SysCodeOrder.h"
 #include "ZcDbHostApplicationServices.h"
 
 #include <QCheckBox>
@@ -89,6 +90,11 @@ void SysCodeDlg::InsertColumns(bool withPipeColumns)
     ids(kColPipeInfo, 0, IDC_BTN_PIPEINFO_CELL);
     ids(kColLineWidth, IDC_COMBO_LINEWIDTH, 0);
     ids(kColRemark, IDC_EDIT_REMARK, 0);
+    // Sibling codes sort by name with their trailing numbers as numbers (P2 before
+    // P10) wherever the grid places a row in order.
+    m_tree.SetColumnCompare(0, [](HTREEITEM first, HTREEITEM second) {
+        return CompareSysCodeNames(first->cell(0).text, second->cell(0).text);
+    });
 }
 
 void SysCodeDlg::SetGridStyles()

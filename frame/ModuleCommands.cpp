@@ -3,7 +3,6 @@
 // bar when the dialog closes.
 #include "ModuleEntry.h"
 
-#include "CISysCode.h"
 #include "CProj.h"
 #include "IFaceBarCtrl.h"
 #include "ModuleResourceGuard.h"
@@ -18,15 +17,19 @@ QString barCodeToFullName(QString code)
     return code.replace(QLatin1Char('&'), QLatin1Char('\\'));
 }
 
-// The selected code for the bar, or the specialty's first code when none is.
-QString codeForBar(const QString& selected, const QString& spec)
+// The selected code for the bar. With none selected, the path of the bare specialty
+// names no code, so the dialog's index-path look-up falls back to the specialty's
+// first top-level code.
+QString codeForBar(SysCodeDlg& dlg, const QString& spec)
 {
-    QString code = selected;
+    QString code = dlg.m_strSelCode;
     code.replace(QLatin1Char('\\'), QLatin1Char('&'));
     if (code.isEmpty()) {
-        CSysCodeData root;
-        if (CISysCode::GetSpecCodeInfos(root, spec) && root.GetChildCount() > 0)
-            code = root.GetChild(0)->GetFullName();
+        QString path = spec + QLatin1Char('\\');
+        dlg.m_bSelCodeReplaced = false;
+        dlg.GetSysCodeIndexPath(path);
+        if (dlg.m_bSelCodeReplaced)
+            code = path.mid(spec.size() + 1);
     }
     return code;
 }
@@ -48,7 +51,7 @@ void OnBhglCommand()
     const QString spec = CProj().GetCurrentSpec();
     dlg->m_strSelCode = barCodeToFullName(code);
     dlg->DoModal();
-    IFaceBarCtrl::SetTreeItem(codeForBar(dlg->m_strSelCode, spec));
+    IFaceBarCtrl::SetTreeItem(codeForBar(*dlg, spec));
 }
 
 void OnFaceBarSysCodeDblClk()
@@ -60,5 +63,5 @@ void OnFaceBarSysCodeDblClk()
     dlg.m_strSpec = spec;
     dlg.m_strSelCode = barCodeToFullName(code);
     dlg.DoModal();
-    IFaceBarCtrl::SetTreeItem(codeForBar(dlg.m_strSelCode, spec));
+    IFaceBarCtrl::SetTreeItem(codeForBar(dlg, spec));
 }

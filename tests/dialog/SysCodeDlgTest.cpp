@@ -282,4 +282,35 @@ INSERT INTO de_item(de_id, floor_id, qd_id, code, idx, name, sys_code) VALUES
     EXPECT_EQ(dlg->m_mapDeInfo["2F"].size(), 1);
     EXPECT_TRUE(dlg->m_mapQdInfo["1F"].isEmpty());
 }
+
+TEST_F(SysCodeDlgTest, RowsPlacedInOrderSortTrailingNumbersAsNumbersAfterEveryRefill)
+{
+    auto dlg = open(QStringLiteral("电气"));
+    for (const QString& spec : { QStringLiteral("给排水"), QStringLiteral("电气") }) {
+        chooseSpec(*dlg, spec);
+        CTreeListCtrl& g = grid(*dlg);
+        HTREEITEM parent = g.GetItemFromRow(0);
+        for (const char* name : { "P3", "P10", "P2", "P02", "P" })
+            ASSERT_NE(g.InsertItem(QString::fromLatin1(name), parent, TVI_SORT), nullptr);
+        QStringList order;
+        for (HTREEITEM c = g.GetChildItem(parent); c; c = g.GetNextSiblingItem(c))
+            order << g.GetItemText(c, 0);
+        order.removeIf([](const QString& name) { return !name.startsWith(u'P'); });
+        EXPECT_EQ(order, QStringList({ "P", "P2", "P3", "P10", "P02" })) << spec.toStdString();
+    }
+}
+
+TEST_F(SysCodeDlgTest, IndexPathOfAnUnknownCodeFallsBackToTheFirstTopLevelCode)
+{
+    auto dlg = open(QStringLiteral("电气"));
+    QString known = QStringLiteral("电气\\照明\\WL1");
+    EXPECT_FALSE(dlg->GetSysCodeIndexPath(known).isEmpty());
+    EXPECT_FALSE(dlg->m_bSelCodeReplaced);
+    EXPECT_EQ(known, QStringLiteral("电气\\照明\\WL1"));
+
+    QString unknown = QStringLiteral("电气\\无此编号");
+    EXPECT_EQ(dlg->GetSysCodeIndexPath(unknown), QStringLiteral("3\\1"));
+    EXPECT_TRUE(dlg->m_bSelCodeReplaced);
+    EXPECT_EQ(unknown, QStringLiteral("电气\\照明"));
+}
 } // namespace
