@@ -37,7 +37,8 @@ int CFileDialog::DoModal()
     else if (guiDialog())
         chosen = guiDialog()(m_request, path);
     else
-        std::fprintf(stderr, "[file dialog] %s: no dialog available, cancelled\n", qPrintable(m_request.title));
+        std::fprintf(
+            stderr, "[file dialog] %s: no dialog available, cancelled\n", qPrintable(m_request.title));
     if (!chosen || path.isEmpty())
         return IDCANCEL;
     if (!m_request.defaultExt.isEmpty() && !path.section(u'/', -1).contains(u'.'))
