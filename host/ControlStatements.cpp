@@ -306,22 +306,26 @@ bool ControlStatements::ExpectControl(const QString& keyword, const QString& res
         return found == tail;
     }
     auto* button = qobject_cast<QAbstractButton*>(control);
-    const QString state = keyword.mid(7); // after "expect-"
-    bool found = false;
-    if (state == QLatin1String("visible") || state == QLatin1String("hidden"))
-        found = control->isVisible() == (state == QLatin1String("visible"));
-    else if (state == QLatin1String("enabled") || state == QLatin1String("disabled"))
-        found = control->isEnabled() == (state == QLatin1String("enabled"));
+    const QString wanted = keyword.mid(7); // after "expect-"
+    QString found;
+    if (wanted == QLatin1String("visible") || wanted == QLatin1String("hidden"))
+        found = control->isVisible() ? QStringLiteral("visible") : QStringLiteral("hidden");
+    else if (wanted == QLatin1String("enabled") || wanted == QLatin1String("disabled"))
+        found = control->isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled");
     else
-        found = button && button->isChecked() == (state == QLatin1String("checked"));
-    error = QStringLiteral("expected the control %1 %2, found it not").arg(id, state);
-    return found;
+        found = !button           ? QStringLiteral("no check box")
+            : button->isChecked() ? QStringLiteral("checked")
+                                  : QStringLiteral("unchecked");
+    error = QStringLiteral("expected the control %1 %2, found it %3").arg(id, wanted, found);
+    return found == wanted;
 }
 
 bool ControlStatements::ExpectTitle(const QString& rest, QString& error)
 {
+    // No title expected: no dialog may be open.
     QWidget* dialog = QApplication::activeModalWidget();
-    const QString found = dialog ? dialog->windowTitle() : QStringLiteral("no dialog");
-    error = QStringLiteral("expected the dialog \"%1\", found \"%2\"").arg(rest, found);
-    return dialog && found == rest;
+    const QString found = dialog ? u'"' + dialog->windowTitle() + u'"' : QStringLiteral("no dialog");
+    const QString wanted = rest.isEmpty() ? QStringLiteral("no dialog") : u'"' + rest + u'"';
+    error = QStringLiteral("expected %1, found %2").arg(wanted, found);
+    return found == wanted;
 }
