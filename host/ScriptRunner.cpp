@@ -21,6 +21,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QThread>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -96,7 +97,7 @@ void ScriptRunner::RunLine(qsizetype index)
     const qsizetype blank = line.indexOf(u' ');
     const QString keyword = blank < 0 ? line : line.left(blank);
     const QString rest = blank < 0 ? QString() : line.mid(blank + 1).trimmed();
-    m_running.emplace_back(WidgetInput::Innermost());
+    m_running.push_back({ WidgetInput::Innermost(), QThread::currentThread()->loopLevel() });
     SchedulePump();
     QString error;
     const bool ok = Execute(keyword.toLower(), rest, error);
@@ -127,7 +128,9 @@ void ScriptRunner::Pump()
         return;
     SchedulePump();
     QWidget* innermost = WidgetInput::Innermost();
-    if (!innermost || innermost == m_running.back().data() || m_driver.Pending() > 0)
+    const Running& running = m_running.back();
+    if (!innermost || innermost == running.innermost.data() || m_driver.Pending() > 0
+        || QThread::currentThread()->loopLevel() <= running.loopLevel)
         return;
     // A dialog or menu opened over the running statement: the next line works it.
     m_driver.KeepAlive();

@@ -92,8 +92,15 @@ private:
     QStringList m_lines;
     qsizetype m_next = 0;
     // For each statement running, the dialog or popup that was innermost when it
-    // started: a different one on top means the statement waits inside it.
-    std::vector<QPointer<QWidget>> m_running;
+    // started and the event-loop depth then: a different one on top, with a deeper
+    // loop running, means the statement waits inside it (a combo's list that a
+    // statement opens and closes itself runs no loop of its own).
+    struct Running
+    {
+        QPointer<QWidget> innermost;
+        int loopLevel = 0;
+    };
+    std::vector<Running> m_running;
     bool m_pumpScheduled = false;
     qsizetype m_commandsChecked = 0;
     QStringList m_failures;

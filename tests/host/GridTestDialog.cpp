@@ -94,6 +94,14 @@ GridTestDialog::GridTestDialog(QWidget* parent)
     FillGrid();
 }
 
+void GridTestDialog::mousePressEvent(QMouseEvent* event)
+{
+    if (m_grid->GetActiveEditor())
+        m_grid->EndEditing(true, TLEND_COMMIT);
+    Say(QStringLiteral("clicked beside"));
+    QDialog::mousePressEvent(event);
+}
+
 void GridTestDialog::FillGrid()
 {
     const QStringList titles { QStringLiteral("名称"), QStringLiteral("颜色"), QStringLiteral("线型") };

@@ -14,6 +14,10 @@ class GridTestDialog : public QDialog
 public:
     explicit GridTestDialog(QWidget* parent = nullptr);
 
+protected:
+    // A click on the dialog beside the controls ends the open cell edit.
+    void mousePressEvent(QMouseEvent* event) override;
+
 private:
     void FillGrid();
     void ShowMenu(CTreeListItem* item, const QPoint& screenPos);
