@@ -218,6 +218,11 @@ bool ScriptRunner::ExecuteWindow(const QString& keyword, const QString& rest, QS
 {
     if (keyword == QLatin1String("screenshot"))
         return Screenshot(&m_window, rest, error);
+    if (keyword == QLatin1String("screenshot-dialog")) {
+        QWidget* dialog = WidgetInput::Innermost();
+        error = QStringLiteral("expected an open dialog to save, found none");
+        return dialog && Screenshot(dialog, rest, error);
+    }
     if (keyword == QLatin1String("screenshot-window")) {
         const QString title = rest.section(u' ', 0, 0);
         const QString file = rest.section(u' ', 1).trimmed();

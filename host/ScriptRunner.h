@@ -35,7 +35,8 @@
 //                         expect-text ID TEXT | expect-title TEXT |
 //                         expect-box TEXT | expect-no-box | expect-commands WORD… |
 //                         expect TEXT | expect-not TEXT | expect-bar CODE
-//   screenshot FILE | screenshot-window TITLE FILE | message TITLE NUMBER |
+//   screenshot FILE | screenshot-dialog FILE (the innermost dialog or menu) |
+//   screenshot-window TITLE FILE | message TITLE NUMBER |
 //   bar-select CODE | bar-dblclick CODE | sql TEXT | zoom extents|FACTOR | echo TEXT
 //
 // ROW is the full name, levels joined by "&"; COL a column number or title; words
