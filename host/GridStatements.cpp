@@ -86,7 +86,7 @@ bool GridStatements::Resolve(
     CollectItems(*m_grid, nullptr, items);
     item = nullptr;
     for (HTREEITEM candidate : items)
-        if (FullName(*m_grid, candidate) == name)
+        if (!item && FullName(*m_grid, candidate) == name)
             item = candidate;
     if (!item) {
         error = QStringLiteral("expected a row \"%1\", found rows %2").arg(name, RowsDump(*m_grid));

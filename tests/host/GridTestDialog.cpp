@@ -13,6 +13,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
+#include <QShortcut>
 
 namespace {
 void Say(const QString& text)
@@ -91,6 +92,8 @@ GridTestDialog::GridTestDialog(QWidget* parent)
                 .arg(info->iSubItem)
                 .arg(info->pszText));
     });
+    auto* copy = new QShortcut(QKeySequence(QStringLiteral("Ctrl+D")), this);
+    connect(copy, &QShortcut::activated, this, [] { Say(QStringLiteral("shortcut")); });
     FillGrid();
 }
 

@@ -148,6 +148,16 @@ TEST_F(HostFixture, ControlsAreWorkedByIdAndChecked)
         EXPECT_TRUE(history.contains(QString::fromUtf8(line))) << line << history.toStdString();
 }
 
+TEST_F(HostFixture, KeysReachMenusAndTheDialogsShortcuts)
+{
+    EXPECT_EQ(Run(InGrid(QStringLiteral(
+                  "rclick-empty\nkey Escape\nexpect-title 网格测试\nrow 公共照明\nkey Ctrl+D"))),
+        "");
+    EXPECT_TRUE(History().contains(QStringLiteral("[qvhgrid] menu on nothing: none")))
+        << History().toStdString();
+    EXPECT_TRUE(History().contains(QStringLiteral("[qvhgrid] shortcut")));
+}
+
 TEST_F(HostFixture, CloseBoxAndCancelRejectTheDialog)
 {
     EXPECT_EQ(Run(InGrid(QString(), QStringLiteral("close"))), "");
