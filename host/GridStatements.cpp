@@ -92,16 +92,19 @@ bool GridStatements::Resolve(
         error = QStringLiteral("expected a row \"%1\", found rows %2").arg(name, RowsDump(*m_grid));
         return false;
     }
-    if (!column)
-        return true;
+    return !column || ResolveColumn(tail, *column, error);
+}
+
+bool GridStatements::ResolveColumn(QString& tail, int& column, QString& error) const
+{
     const QString word = ScriptWords::Take(tail);
     bool isNumber = false;
-    *column = word.toInt(&isNumber);
+    column = word.toInt(&isNumber);
     if (!isNumber)
-        for (*column = m_grid->GetColumnCount() - 1; *column >= 0; --*column)
-            if (m_grid->GetColumnText(*column) == word)
+        for (column = m_grid->GetColumnCount() - 1; column >= 0; --column)
+            if (m_grid->GetColumnText(column) == word)
                 break;
-    if (word.isEmpty() || *column < 0 || *column >= m_grid->GetColumnCount()) {
+    if (word.isEmpty() || column < 0 || column >= m_grid->GetColumnCount()) {
         error = QStringLiteral("expected a column \"%1\", found %2").arg(word, ColumnList(*m_grid));
         return false;
     }
@@ -146,10 +149,13 @@ bool GridStatements::ClickRow(const QString& keyword, const QString& rest, QStri
 {
     HTREEITEM item = nullptr;
     QString tail;
-    if (!Resolve(rest, item, nullptr, tail, error))
+    int column = 0;
+    if (!Resolve(rest, item, nullptr, tail, error)
+        || (!tail.isEmpty() && !ResolveColumn(tail, column, error)))
         return false;
     if (m_grid->GetRowFromItem(item) < 0) {
-        error = QStringLiteral("expected the row \"%1\" shown, found it inside a collapsed row").arg(rest);
+        error = QStringLiteral("expected the row \"%1\" shown, found it inside a collapsed row")
+                    .arg(FullName(*m_grid, item));
         return false;
     }
     m_grid->EnsureVisible(item);
@@ -157,7 +163,7 @@ bool GridStatements::ClickRow(const QString& keyword, const QString& rest, QStri
         : keyword == QLatin1String("row-shift")                                  ? Qt::ShiftModifier
                                                                                  : Qt::NoModifier;
     const Qt::MouseButton button = keyword == QLatin1String("rclick") ? Qt::RightButton : Qt::LeftButton;
-    WidgetInput::Click(m_grid->viewport(), CellCentre(*m_grid, item, 0), button, modifiers);
+    WidgetInput::Click(m_grid->viewport(), CellCentre(*m_grid, item, column), button, modifiers);
     return true;
 }
 

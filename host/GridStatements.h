@@ -45,6 +45,8 @@ private:
     // Finds the grid, the row and (when `column` is not null) the column named at the
     // start of `rest`; what follows them comes back in `tail`.
     bool Resolve(const QString& rest, CTreeListItem*& item, int* column, QString& tail, QString& error);
+    // The column (number or title) at the start of `tail`, taken off it.
+    bool ResolveColumn(QString& tail, int& column, QString& error) const;
 
     std::function<void(const QString&)> m_report;
     CTreeListCtrl* m_grid = nullptr;

@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QHash>
 
+#include <utility>
+
 namespace {
 bool ParseAnswer(const QString& word, int& answer)
 {

@@ -20,7 +20,8 @@
 //                         expect ID | click ID | ok | cancel (taken before linear lines)
 //   dialog-timeout MS     how long a dialog may wait with nothing to do before it is
 //                         cancelled (the script fails)
-//   rows on the grid:     row ROW | row-ctrl ROW | row-shift ROW | rclick ROW |
+//   rows on the grid:     row ROW [COL] | row-ctrl ROW [COL] | row-shift ROW [COL] |
+//                         rclick ROW [COL] |
 //                         rclick-empty | dblclick ROW COL | drag ROW TARGET |
 //                         drag-ctrl ROW TARGET | drag-out ROW | expand ROW | collapse ROW
 //   editing:              edit ROW COL | type TEXT | key KEY | click-outside |

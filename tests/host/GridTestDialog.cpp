@@ -77,7 +77,7 @@ GridTestDialog::GridTestDialog(QWidget* parent)
     });
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_grid, &CTreeListCtrl::rightClick, this, [this](const NMITEMACTIVATE& info) {
-        ShowMenu(info.hItem, { info.ptScreenX, info.ptScreenY });
+        ShowMenu(info.hItem, info.iSubItem, { info.ptScreenX, info.ptScreenY });
     });
     connect(m_grid, &CTreeListCtrl::beginDrag, this,
         [this](const NMITEMACTIVATE& info) { m_dragged = info.hItem; });
@@ -130,7 +130,7 @@ void GridTestDialog::FillGrid()
     }
 }
 
-void GridTestDialog::ShowMenu(CTreeListItem* item, const QPoint& screenPos)
+void GridTestDialog::ShowMenu(CTreeListItem* item, int column, const QPoint& screenPos)
 {
     QMenu menu(this);
     QAction* add = menu.addAction(QStringLiteral("新建"));
@@ -141,8 +141,10 @@ void GridTestDialog::ShowMenu(CTreeListItem* item, const QPoint& screenPos)
     QAction* child = menu.addAction(QStringLiteral("子对话框"));
     child->setObjectName(QStringLiteral("1002"));
     QAction* chosen = menu.exec(screenPos);
-    Say(QStringLiteral("menu on %1: %2")
-            .arg(Name(m_grid, item), chosen ? chosen->text() : QStringLiteral("none")));
+    Say(QStringLiteral("menu on %1 column %2: %3")
+            .arg(Name(m_grid, item))
+            .arg(column)
+            .arg(chosen ? chosen->text() : QStringLiteral("none")));
     if (chosen == add) {
         const int answer = MessageBoxExW(
             GetActiveWindow(), QStringLiteral("新建一个系统吗?"), QStringLiteral("Quorvatek"), 0x12024);

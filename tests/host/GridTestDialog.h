@@ -20,7 +20,7 @@ protected:
 
 private:
     void FillGrid();
-    void ShowMenu(CTreeListItem* item, const QPoint& screenPos);
+    void ShowMenu(CTreeListItem* item, int column, const QPoint& screenPos);
     void Drop(const QPoint& screenPos, Qt::KeyboardModifiers modifiers);
     void PickColour();
 

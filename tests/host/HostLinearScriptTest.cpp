@@ -46,13 +46,17 @@ TEST_F(HostFixture, ContextMenuEntriesAreCheckedChosenAndANestedDialogIsDrivenIn
                                         "menu 1002\n"
                                         "expect-title 子对话框\n"
                                         "ok\n"
-                                        "expect-title 网格测试"))),
+                                        "expect-title 网格测试\n"
+                                        "rclick 公共照明&WL2 线型\n"
+                                        "key Escape"))),
         "");
     const QString history = History();
-    EXPECT_TRUE(history.contains(QStringLiteral("[qvhgrid] menu on WL1: 新建"))) << history.toStdString();
+    EXPECT_TRUE(history.contains(QStringLiteral("[qvhgrid] menu on WL1 column 0: 新建")))
+        << history.toStdString();
+    EXPECT_TRUE(history.contains(QStringLiteral("[qvhgrid] menu on WL2 column 2: none")));
     EXPECT_TRUE(history.contains(QStringLiteral("[qvhgrid] answer %1").arg(IDNO)));
     EXPECT_TRUE(history.contains(QStringLiteral("[0x12024]")));
-    EXPECT_TRUE(history.contains(QStringLiteral("[qvhgrid] menu on nothing: 子对话框")));
+    EXPECT_TRUE(history.contains(QStringLiteral("[qvhgrid] menu on nothing column 0: 子对话框")));
     EXPECT_TRUE(history.contains(QStringLiteral("[qvhgrid] child 1")));
     EXPECT_TRUE(history.contains(QStringLiteral("[qvhgrid] result 0")));
 }
@@ -153,7 +157,7 @@ TEST_F(HostFixture, KeysReachMenusAndTheDialogsShortcuts)
     EXPECT_EQ(Run(InGrid(QStringLiteral(
                   "rclick-empty\nkey Escape\nexpect-title 网格测试\nrow 公共照明\nkey Ctrl+D"))),
         "");
-    EXPECT_TRUE(History().contains(QStringLiteral("[qvhgrid] menu on nothing: none")))
+    EXPECT_TRUE(History().contains(QStringLiteral("[qvhgrid] menu on nothing column 0: none")))
         << History().toStdString();
     EXPECT_TRUE(History().contains(QStringLiteral("[qvhgrid] shortcut")));
 }
