@@ -23,6 +23,7 @@
 #include <vector>
 
 class QAbstractButton;
+struct BatchModifyValues;
 class QCheckBox;
 class ZcDbDatabase;
 
@@ -119,6 +120,12 @@ protected:
     // The pipeline-information cell's button (10009) of `row`: the picker, and the
     // chosen path into m_mapRowInfo with its last part in the cell.
     void OnPipeInfoCellButton(HTREEITEM row);
+
+    // Batch modification (button 202) and the pipeline-information cell's button.
+    void OnBatchModify();
+    void ApplyBatchModify(const BatchModifyValues& values);
+    QString GetCellText(HTREEITEM row, int logicalColumn) const;
+    void ConnectPipeInfoCell();
 
 private:
     void CreateControls();
