@@ -156,8 +156,6 @@ TEST_F(BatchModifyDlgTest, PipelineInformationComesFromThePickerOfTheSpecialty)
     const Case cases[] = {
         { QStringLiteral("电气"), QStringLiteral("电气"), QStringLiteral("电气\\管线\\电缆\\YJV-5×10"),
             QStringLiteral("YJV-5×10") },
-        { QStringLiteral("弱电"), QStringLiteral("弱电"), QStringLiteral("弱电\\穿管引线\\配线\\RVS-2×1.0"),
-            QStringLiteral("RVS-2×1.0") },
         { QStringLiteral("暖通"), QStringLiteral("弱电"), QStringLiteral("弱电\\穿管引线\\配线\\RVS-2×1.0"),
             QStringLiteral("RVS-2×1.0") },
     };

@@ -46,14 +46,3 @@ TEST(BatchModifyPlan, OnlyTickedValuesAreWrittenButThePathAlwaysTravels)
     EXPECT_EQ(some.texts.at(2).field, kBatchRemark);
     EXPECT_EQ(some.texts.at(2).text, values.strRemark);
 }
-
-TEST(BatchModifyPlan, TickedEmptyValuesClearTheirCells)
-{
-    BatchModifyValues values;
-    values.apply = { false, true, true, false, false };
-    const BatchRowChange change = BatchRowChangeFor(values);
-    ASSERT_EQ(change.texts.size(), 2);
-    EXPECT_TRUE(change.texts.at(0).text.isEmpty());
-    EXPECT_EQ(change.texts.at(1).field, kBatchHorMode);
-    EXPECT_TRUE(change.texts.at(1).text.isEmpty());
-}

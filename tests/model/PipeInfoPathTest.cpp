@@ -39,31 +39,6 @@ TEST(PipeInfoPath, DisplayNameIsThePartAfterTheLastSeparator)
         EXPECT_EQ(PipeInfoDisplayName(u(c.path)), u(c.shown)) << c.path;
 }
 
-TEST(PipeInfoPath, OnlyElectricalCodesPickElectricalNames)
-{
-    EXPECT_EQ(PipeInfoPickerMode(u("电气")), 2);
-    EXPECT_EQ(PipeInfoPickerMode(u("弱电")), 1);
-    EXPECT_EQ(PipeInfoPickerMode(u("给排水")), 1);
-    EXPECT_EQ(PipeInfoPickerMode(u(" 电气")), 1);
-    EXPECT_EQ(PickerModeAfterAttDef(u("电气")), 2);
-    EXPECT_EQ(PickerModeAfterAttDef(u("弱电")), 1);
-    EXPECT_EQ(PickerModeAfterAttDef(u("给排水")), 0);
-}
-
-TEST(PipeInfoPath, ModesOfferTheirCategoriesWithoutTheExcludedOnes)
-{
-    const QStringList electrical = PickerCategoryIds(2);
-    EXPECT_EQ(electrical.size(), 9);
-    EXPECT_EQ(electrical.first(), u("3\\1\\1"));
-    EXPECT_EQ(electrical.last(), u("3\\2\\2"));
-    EXPECT_FALSE(electrical.contains(u("3\\1\\7")));
-    const QStringList lowVoltage = PickerCategoryIds(1);
-    EXPECT_EQ(lowVoltage, QStringList({ u("6\\3\\1"), u("6\\3\\2"), u("6\\3\\4"), u("6\\3\\5") }));
-    EXPECT_TRUE(PickerCategoryIds(0).isEmpty());
-    EXPECT_TRUE(PickerCategoryIds(3).isEmpty());
-    EXPECT_TRUE(PickerFallbackPath(0).isEmpty());
-}
-
 TEST(PipeInfoPath, AttDefOpensAtTheCompletedCategory)
 {
     const CompletionCase cases[] = {

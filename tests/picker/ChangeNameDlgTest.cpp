@@ -225,17 +225,3 @@ TEST_F(ChangeNameDlgTest, AttributeDefinitionOpensAtTheCompletedPathAndNewNamesA
         EXPECT_FALSE(g_bAttDefOpened);
     }
 }
-
-TEST_F(ChangeNameDlgTest, AttributeDefinitionStaysClosedForOtherSpecialties)
-{
-    // The related names of a water-supply member are water-supply names.
-    const QString ppr = QStringLiteral("给排水\\管道\\给水管\\PPR");
-    auto dlg = open(0, ppr);
-    ASSERT_EQ(selected(dlg.get()), ppr);
-    // An attribute dialog would hold the click until the driver closes it.
-    ModalDriver driver([](QDialog* d) { d->reject(); });
-    click(dlg.get(), IDC_BTN_ATT_DEFINE);
-    EXPECT_FALSE(driver.acted());
-    EXPECT_EQ(dlg->m_strName, ppr);
-    g_bAttDefOpened = false;
-}
