@@ -23,9 +23,9 @@
 #include <vector>
 
 class QAbstractButton;
-struct BatchModifyValues;
 class QCheckBox;
 class ZcDbDatabase;
+struct BatchModifyValues;
 
 class SysCodeDlg : public QDialog
 {
