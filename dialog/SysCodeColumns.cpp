@@ -1,6 +1,7 @@
 #include "SysCodeColumns.h"
 
 #include "CSysCodeData.h"
+#include "PipeInfoPath.h"
 #include "TreeListTypes.h"
 
 namespace {
@@ -74,7 +75,7 @@ int SysCodeVisibleColumn(int logical, bool withPipeColumns)
 
 QString PipeInfoDisplayText(const QString& pipeInfoPath)
 {
-    return pipeInfoPath.section(QLatin1Char('\\'), -1);
+    return PipeInfoDisplayName(pipeInfoPath);
 }
 
 QStringList SysCodeCellTexts(const CSysCodeData& node, bool withPipeColumns)

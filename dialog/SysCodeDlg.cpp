@@ -112,6 +112,7 @@ void SysCodeDlg::BuildMessageMap()
         { IDC_BTN_CANCEL, &SysCodeDlg::reject },
         { IDC_BTN_EXPAND_LEVEL, &SysCodeDlg::OnExpandLevel },
         { IDC_BTN_COLLAPSE_LEVEL, &SysCodeDlg::OnCollapseLevel },
+        { IDC_BTN_BATCH_MODIFY, &SysCodeDlg::OnBatchModify },
     };
     for (const ButtonEntry& entry : buttons) {
         auto* button = qobject_cast<QAbstractButton*>(GetDlgItem(this, entry.id));
@@ -123,6 +124,7 @@ void SysCodeDlg::BuildMessageMap()
             OnSpecSelChange();
     });
     connect(&m_tree, &CTreeListCtrl::itemDeleted, this, &SysCodeDlg::OnGridDeleteItem);
+    ConnectPipeInfoCell();
 }
 
 void SysCodeDlg::UpdateData(bool bSaveAndValidate)

@@ -25,6 +25,7 @@
 class QAbstractButton;
 class QCheckBox;
 class ZcDbDatabase;
+struct BatchModifyValues;
 
 class SysCodeDlg : public QDialog
 {
@@ -123,6 +124,12 @@ protected:
     // The pipeline-information cell's button (10009) of `row`: the picker, and the
     // chosen path into m_mapRowInfo with its last part in the cell.
     void OnPipeInfoCellButton(HTREEITEM row);
+
+    // Batch modification (button 202) and the pipeline-information cell's button.
+    void OnBatchModify();
+    void ApplyBatchModify(const BatchModifyValues& values);
+    QString GetCellText(HTREEITEM row, int logicalColumn) const;
+    void ConnectPipeInfoCell();
 
 private:
     void CreateControls();

@@ -2,6 +2,7 @@
 // command and of the attribute bar's double-click hook.
 #include "ModuleEntry.h"
 
+#include "CChangeNameDlg.h"
 #include "CDocData.h"
 #include "CDocDataManager.h"
 #include "IFaceBarCtrl.h"
@@ -51,6 +52,7 @@ int ModuleDllMain(void* hInstance, unsigned reason)
         if (!g_extensionModule.bInitialized) {
             g_extensionModule.bInitialized = true;
             g_extensionModule.hModule = hInstance;
+            SetChangeNameResourceHandle(hInstance);
         }
         InitZcUiDLL();
     } else if (reason == kProcessDetach && g_extensionModule.bInitialized) {

@@ -43,3 +43,21 @@ constexpr int ID_MENU_PASTE = 1005;
 
 // Message the display-control window reloads its codes on.
 constexpr unsigned WM_SYSCODE_RELOAD = 7034;
+
+// Pipeline-information picker "选构件".
+constexpr int IDD_CHANGE_NAME_DLG = 206;
+constexpr int IDC_TREE_NAMES = 204;
+constexpr int IDC_BTN_ATT_DEFINE = 205;
+
+// Batch modification dialog "批量修改".
+constexpr int IDD_BATCH_MODIFY_DLG = 212;
+constexpr int IDC_BATCH_CHK_COLOR = 3012;
+constexpr int IDC_BATCH_BTN_COLOR = 3013;
+constexpr int IDC_BATCH_CHK_PIPEINFO = 3008;
+constexpr int IDC_BATCH_BTN_PIPEINFO = 3006;
+constexpr int IDC_BATCH_CHK_HORMODE = 207;
+constexpr int IDC_BATCH_CMB_HORMODE = 3004;
+constexpr int IDC_BATCH_CHK_VERMODE = 208;
+constexpr int IDC_BATCH_CMB_VERMODE = 3002;
+constexpr int IDC_BATCH_CHK_REMARK = 209;
+constexpr int IDC_BATCH_EDIT_REMARK = 3007;
