@@ -9,12 +9,14 @@
 #include "CTreeListCtrl.h"
 #include "QvKsQtxmInfo.h"
 #include "QvKsUiNumEdit.h"
+#include "SysCodeSaveCheck.h"
 
 #include <QDialog>
 #include <QListWidget>
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -100,6 +102,9 @@ public:
     // is being edited: the result is then false.
     virtual bool OnCommand(int commandId);
 
+    // Cancel, Escape and the close box all reach OnCancel.
+    void reject() override;
+
 protected:
     void SetSavedFlags();
 
@@ -119,6 +124,30 @@ protected:
     // The pipeline-information cell's button (10009) of `row`: the picker, and the
     // chosen path into m_mapRowInfo with its last part in the cell.
     void OnPipeInfoCellButton(HTREEITEM row);
+
+    // Saving, cancelling and switching specialty.
+    void OnCancel();
+    // The sibling-duplicate and name checks; a refusal has been shown to the user.
+    SysCodeSaveStatus ValidateForSave(bool bOnOK);
+    QList<QStringList> CollectSiblingNames() const;
+    // The save step for `spec` (with the line-type scale when `scale` is not null),
+    // as one store transaction. False when the store refused: the user was told,
+    // the store and the dialog are as before.
+    bool SaveSpecCodes(const QString& spec, const QString& scale);
+    bool WriteSpecCodes(const QString& spec, CSysCodeData& root);
+    bool StoreInOneTransaction(const std::function<bool()>& writes);
+    bool ApplyRenames();
+    void StoreRowIndexes(const CSysCodeData& parent, HTREEITEM row);
+    bool SaveDispAddedMsg();
+    bool RefreshColors(bool bRedrawFirst);
+
+    // Import and export of system-code files.
+    void OnExport();
+    void OnImport();
+    // A modified tree is stored before a file is written or merged in; false when
+    // the store refused.
+    bool PreSaveForExchange(CSysCodeData& root);
+    void FillRowsFromRoot(const CSysCodeData& root);
 
 private:
     void CreateControls();

@@ -67,8 +67,13 @@ void SysCodeDlg::OnCollapseLevel()
 void SysCodeDlg::RefreshAfterSave(const QString& spec)
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
+    // The focused code stays focused through the reload: closing with OK reports it.
+    HTREEITEM focused = m_tree.GetCaretItem();
+    const QString focusedName = focused ? GetRowFullName(focused) : QString();
     m_tree.DeleteAllItems();
     FillSysCodeTree(spec);
+    if (HTREEITEM row = FindRowByFullName(focusedName))
+        m_tree.SelectItem(row);
     QApplication::restoreOverrideCursor();
     IFaceBarCtrl::ReFreshSysCodeBar();
     if (HWND window = FindWindow(nullptr, QStringLiteral("显示控制")))
