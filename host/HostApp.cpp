@@ -26,7 +26,11 @@ void PrintError(const QString& text)
 
 void HostApp::PreparePlatform(const QStringList& arguments)
 {
-    if (!arguments.contains(QStringLiteral("--script")))
+    // Scripts, the usage and a refused call need no display.
+    HostOptions options;
+    QString error;
+    const bool windowShown = HostOptions::Parse(arguments, options, error) && !options.help;
+    if (windowShown && options.script.isEmpty())
         return;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // The offscreen platform's notes on window hints say nothing to a script's reader.

@@ -41,6 +41,8 @@ public:
     void Queue(const Step& step) { m_steps.push_back(step); }
     int Pending() const { return int(m_steps.size()); }
     void SetTimeout(int milliseconds) { m_timeoutMs = milliseconds; }
+    // Something else works the open dialog now: its wait for steps starts over.
+    void KeepAlive() { m_idleMs = 0; }
     const QStringList& Failures() const { return m_failures; }
     // The widget carrying `controlId` in the property "controlId" (or as its object
     // name), inside `root`; null when none.

@@ -1,75 +1,67 @@
 #include "ScriptRunner.h"
 
 #include "CommandLineWidget.h"
+#include "ControlStatements.h"
 #include "DrawingView.h"
+#include "GridStatements.h"
 #include "HostWindow.h"
 #include "IFaceBarCtrl.h"
 #include "ModalDriver.h"
 #include "QvKsDataMng.h"
 #include "QvKsSysCodeBar.h"
+#include "ScriptAnswers.h"
+#include "WidgetInput.h"
 #include "WinMessage.h"
-#include "WinMessageBox.h"
+#include "ZcApDocManager.h"
 #include "ZcEdSelection.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QThread>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include <cstdio>
 
 namespace {
-bool ParseAnswer(const QString& word, int& answer)
+constexpr int kPumpMs = 10;
+
+bool IsStatement(const QString& line)
 {
-    static const QHash<QString, int> names { { QStringLiteral("ok"), IDOK },
-        { QStringLiteral("cancel"), IDCANCEL }, { QStringLiteral("yes"), IDYES },
-        { QStringLiteral("no"), IDNO } };
-    bool ok = false;
-    answer = names.value(word.toLower(), word.toInt(&ok));
-    return names.contains(word.toLower()) || (ok && answer > 0);
+    const QString text = line.trimmed();
+    return !text.isEmpty() && !text.startsWith(u'#');
 }
 
-QString AnswerName(int answer)
+// Cancels what a script leaves open: a popup closes, a dialog is rejected.
+void Dismiss(QWidget* widget)
 {
-    switch (answer) {
-    case IDOK:
-        return QStringLiteral("OK");
-    case IDCANCEL:
-        return QStringLiteral("Cancel");
-    case IDYES:
-        return QStringLiteral("Yes");
-    case IDNO:
-        return QStringLiteral("No");
-    default:
-        return QString::number(answer);
-    }
+    if (auto* dialog = qobject_cast<QDialog*>(widget))
+        dialog->reject();
+    else
+        widget->close();
 }
 } // namespace
 
 ScriptRunner::ScriptRunner(HostWindow& window, ModalDriver& driver)
     : m_window(window)
     , m_driver(driver)
+    , m_pumpOwner(std::make_unique<QObject>())
 {
-    QObject::connect(
-        &m_driver, &ModalDriver::report, &m_driver, [this](const QString& text) { Report(text); });
-    // Message boxes take the queued answers, else their default one; either way the
-    // box is written to the command line, so a script's log shows every question.
-    SetMessageBoxHandler([this](const MessageBoxRequest& box) {
-        int answer = DefaultMessageBoxAnswer(box.type);
-        if (!m_answers.empty()) {
-            answer = m_answers.front();
-            m_answers.pop_front();
-        }
-        Report(QStringLiteral("message box \"%1\": %2 -> %3").arg(box.caption, box.text, AnswerName(answer)));
-        return answer;
-    });
+    const auto report = [this](const QString& text) { Report(text); };
+    QObject::connect(&m_driver, &ModalDriver::report, m_pumpOwner.get(), report);
+    // Every question a command asks is written to the command line with its answer,
+    // so a script's log shows them all.
+    m_answers = std::make_unique<ScriptAnswers>(report, [this] { return m_driver.Pending() > 0; });
+    m_grid = std::make_unique<GridStatements>(report);
+    m_controls = std::make_unique<ControlStatements>(report);
+    m_commandsChecked = zcDocManagerPtr()->sentStrings().size();
 }
 
-ScriptRunner::~ScriptRunner()
-{
-    SetMessageBoxHandler({});
-}
+ScriptRunner::~ScriptRunner() = default;
 
 void ScriptRunner::Report(const QString& text)
 {
@@ -90,25 +82,75 @@ int ScriptRunner::RunFile(const QString& path)
 
 int ScriptRunner::RunText(const QString& text)
 {
-    const QStringList lines = text.split(u'\n');
-    for (qsizetype i = 0; i < lines.size() && !m_window.QuitRequested(); ++i) {
-        const QString line = lines[i].trimmed();
-        if (line.isEmpty() || line.startsWith(u'#'))
-            continue;
-        const qsizetype blank = line.indexOf(u' ');
-        const QString keyword = blank < 0 ? line : line.left(blank);
-        const QString rest = blank < 0 ? QString() : line.mid(blank + 1).trimmed();
-        QString error;
-        const bool ok = Execute(keyword.toLower(), rest, error);
-        for (const QString& failure : m_driver.Failures())
-            if (!m_failures.contains(QStringLiteral("line %1: %2").arg(i + 1).arg(failure)))
-                m_failures.append(QStringLiteral("line %1: %2").arg(i + 1).arg(failure));
-        if (!ok)
-            m_failures.append(QStringLiteral("line %1: %2").arg(i + 1).arg(error));
-        if (!m_failures.isEmpty())
-            return 1;
+    m_lines = text.split(u'\n');
+    m_next = 0;
+    while (m_next < m_lines.size() && m_failures.isEmpty() && !m_window.QuitRequested())
+        RunLine(m_next++);
+    return m_failures.isEmpty() ? 0 : 1;
+}
+
+void ScriptRunner::RunLine(qsizetype index)
+{
+    const QString line = m_lines[index].trimmed();
+    if (!IsStatement(line))
+        return;
+    const qsizetype blank = line.indexOf(u' ');
+    const QString keyword = blank < 0 ? line : line.left(blank);
+    const QString rest = blank < 0 ? QString() : line.mid(blank + 1).trimmed();
+    m_running.push_back({ WidgetInput::Innermost(), QThread::currentThread()->loopLevel() });
+    SchedulePump();
+    QString error;
+    const bool ok = Execute(keyword.toLower(), rest, error);
+    m_running.pop_back();
+    for (const QString& failure : m_driver.Failures())
+        if (!m_failures.contains(QStringLiteral("line %1: %2").arg(index + 1).arg(failure)))
+            m_failures.append(QStringLiteral("line %1: %2").arg(index + 1).arg(failure));
+    if (!ok) {
+        m_failures.append(QStringLiteral("line %1: %2").arg(index + 1).arg(error));
+        Report(QStringLiteral("failed: line %1: %2").arg(index + 1).arg(error));
     }
-    return 0;
+}
+
+void ScriptRunner::SchedulePump()
+{
+    if (m_pumpScheduled)
+        return;
+    m_pumpScheduled = true;
+    // A fresh single shot each tick: it fires in whatever event loop runs then, also
+    // in the one of a dialog a line of the pump itself opened.
+    QTimer::singleShot(kPumpMs, m_pumpOwner.get(), [this] { Pump(); });
+}
+
+void ScriptRunner::Pump()
+{
+    m_pumpScheduled = false;
+    if (m_running.empty())
+        return;
+    SchedulePump();
+    QWidget* innermost = WidgetInput::Innermost();
+    const Running& running = m_running.back();
+    if (!innermost || innermost == running.innermost.data() || m_driver.Pending() > 0
+        || QThread::currentThread()->loopLevel() <= running.loopLevel)
+        return;
+    // A dialog or menu opened over the running statement: the next line works it.
+    m_driver.KeepAlive();
+    while (m_next < m_lines.size() && !IsStatement(m_lines[m_next]))
+        ++m_next;
+    if (m_next >= m_lines.size()) {
+        const QString failure = QStringLiteral("the dialog \"%1\" waited with no line left to run; cancelled")
+                                    .arg(innermost->windowTitle());
+        if (!m_failures.contains(QStringLiteral("end: ") + failure)) {
+            m_failures.append(QStringLiteral("end: ") + failure);
+            Report(QStringLiteral("failed: ") + failure);
+        }
+        Dismiss(innermost);
+        return;
+    }
+    if (!m_failures.isEmpty() || !m_driver.Failures().isEmpty()) {
+        Dismiss(innermost);
+        return;
+    }
+    RunLine(m_next++);
 }
 
 bool ScriptRunner::Execute(const QString& keyword, const QString& rest, QString& error)
@@ -125,7 +167,11 @@ bool ScriptRunner::Execute(const QString& keyword, const QString& rest, QString&
         return true;
     }
     if (keyword == QLatin1String("answer"))
-        return Answer(rest, error);
+        return m_answers->QueueBoxAnswer(rest, error);
+    if (keyword == QLatin1String("file"))
+        return m_answers->QueueFile(rest, error);
+    if (keyword == QLatin1String("color"))
+        return m_answers->QueueColour(rest, error);
     if (keyword == QLatin1String("dialog"))
         return Dialog(rest, error);
     if (keyword == QLatin1String("dialog-timeout")) {
@@ -158,15 +204,25 @@ bool ScriptRunner::Execute(const QString& keyword, const QString& rest, QString&
         Report(rest);
         return true;
     }
-    if (keyword.startsWith(QLatin1String("expect")))
-        return ExecuteCheck(keyword, rest, error);
-    return ExecuteWindow(keyword, rest, error);
+    bool handled = false;
+    bool ok = m_grid->Execute(keyword, rest, error, handled);
+    if (!handled)
+        ok = m_controls->Execute(keyword, rest, error, handled);
+    if (handled)
+        return ok;
+    return keyword.startsWith(QLatin1String("expect")) ? ExecuteCheck(keyword, rest, error)
+                                                       : ExecuteWindow(keyword, rest, error);
 }
 
 bool ScriptRunner::ExecuteWindow(const QString& keyword, const QString& rest, QString& error)
 {
     if (keyword == QLatin1String("screenshot"))
         return Screenshot(&m_window, rest, error);
+    if (keyword == QLatin1String("screenshot-dialog")) {
+        QWidget* dialog = WidgetInput::Innermost();
+        error = QStringLiteral("expected an open dialog to save, found none");
+        return dialog && Screenshot(dialog, rest, error);
+    }
     if (keyword == QLatin1String("screenshot-window")) {
         const QString title = rest.section(u' ', 0, 0);
         const QString file = rest.section(u' ', 1).trimmed();
@@ -215,6 +271,12 @@ bool ScriptRunner::ExecuteCheck(const QString& keyword, const QString& rest, QSt
                     .arg(rest);
         return found == wanted;
     }
+    if (keyword == QLatin1String("expect-box"))
+        return m_answers->ExpectBox(rest, error);
+    if (keyword == QLatin1String("expect-no-box"))
+        return m_answers->ExpectNoBox(error);
+    if (keyword == QLatin1String("expect-commands"))
+        return ExpectCommands(rest, error);
     if (keyword == QLatin1String("expect-bar")) {
         error = QStringLiteral("the attribute bar shows \"%1\", not \"%2\"")
                     .arg(IFaceBarCtrl::CurSysCode(), rest);
@@ -222,6 +284,20 @@ bool ScriptRunner::ExecuteCheck(const QString& keyword, const QString& rest, QSt
     }
     error = QStringLiteral("unknown statement \"%1\"").arg(keyword);
     return false;
+}
+
+bool ScriptRunner::ExpectCommands(const QString& rest, QString& error)
+{
+    const QStringList& sent = zcDocManagerPtr()->sentStrings();
+    QStringList words;
+    for (qsizetype i = m_commandsChecked; i < sent.size(); ++i)
+        words.append(sent[i].split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts));
+    m_commandsChecked = sent.size();
+    const QString found = words.join(u' ');
+    const QString wanted = rest.split(u' ', Qt::SkipEmptyParts).join(u' ');
+    error = QStringLiteral("expected the commands \"%1\" sent to the document, found \"%2\"")
+                .arg(wanted, found);
+    return found.compare(wanted, Qt::CaseInsensitive) == 0;
 }
 
 bool ScriptRunner::Select(const QString& rest, QString& error)
@@ -239,17 +315,6 @@ bool ScriptRunner::Select(const QString& rest, QString& error)
         = m_window.View()->SelectBox(QPointF(v[0], v[1]), QPointF(v[2], v[3]));
     zcedSSQueueSelection(ids);
     Report(QStringLiteral("selection of %1 objects queued").arg(ids.size()));
-    return true;
-}
-
-bool ScriptRunner::Answer(const QString& rest, QString& error)
-{
-    int answer = 0;
-    if (!ParseAnswer(rest, answer)) {
-        error = QStringLiteral("answer ok|cancel|yes|no|NUMBER");
-        return false;
-    }
-    m_answers.push_back(answer);
     return true;
 }
 

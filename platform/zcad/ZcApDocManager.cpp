@@ -71,6 +71,7 @@ Zcad::ErrorStatus ZcApDocManager::sendStringToExecute(
     if (!known)
         return Zcad::eInvalidInput;
     m_pending.push_back({ document, text });
+    m_sent.append(text);
     if (echoString)
         zcutPrintf(text);
     return Zcad::eOk;

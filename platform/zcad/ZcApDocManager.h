@@ -8,6 +8,7 @@
 #include "ZcadTypes.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <deque>
 #include <memory>
@@ -62,6 +63,8 @@ public:
     void setCurDocument(ZcApDocument* document);
     bool hasPendingStrings() const { return !m_pending.empty(); }
     PendingString takePendingString();
+    // Every string sent for execution, in order, for a host that shows or checks them.
+    const QStringList& sentStrings() const { return m_sent; }
     std::vector<ZcApDocument*> documents() const;
 
 private:
@@ -73,6 +76,7 @@ private:
     std::vector<void*> m_resourceHandles;
     int m_unmatchedPops = 0;
     std::deque<PendingString> m_pending;
+    QStringList m_sent;
 };
 
 // The host's document manager; never null.

@@ -23,7 +23,8 @@ protected:
         InstallQtMessageBox();
         QString error;
         ASSERT_TRUE(session.Open(project.Path(), QString(), error)) << error.toStdString();
-        ASSERT_TRUE(session.LoadPlugin(QStringLiteral(QV_HOST_TEST_PLUGIN), error)) << error.toStdString();
+        for (const QString& plugin : Plugins())
+            ASSERT_TRUE(session.LoadPlugin(plugin, error)) << error.toStdString();
         window = std::make_unique<HostWindow>(session);
         window->show();
         driver = std::make_unique<ModalDriver>();
@@ -38,6 +39,9 @@ protected:
         window.reset();
         session.Close();
     }
+
+    // The application files loaded before the window is built.
+    virtual QStringList Plugins() const { return { QStringLiteral(QV_HOST_TEST_PLUGIN) }; }
 
     // Runs script text; the failures joined, empty when it passed.
     std::string Run(const QString& script)

@@ -111,3 +111,32 @@ INSTANTIATE_TEST_SUITE_P(Cases, HostBrokenStart,
         BrokenStart { "broken plug-in", 4, "cannot be loaded" },
         BrokenStart { "missing plug-in", 4, "does not exist" },
         BrokenStart { "bad option", 2, "unknown argument" }));
+
+TEST(HostProgram, HelpPrintsUsageAndExitsZeroWhileAWrongCallExitsTwo)
+{
+    struct Call
+    {
+        QString program;
+        QStringList arguments;
+        int exitCode;
+        bool usageOnOut;
+    };
+    const QString host = QStringLiteral(QV_QVHOST);
+    const QString tool = QStringLiteral(QV_QVPROJ);
+    for (const Call& call : { Call { host, { QStringLiteral("--help") }, 0, true },
+             Call { host, { QStringLiteral("--frobnicate") }, 2, false },
+             Call { tool, { QStringLiteral("--help") }, 0, true },
+             Call { tool, { QStringLiteral("-h") }, 0, true },
+             Call { tool, { QStringLiteral("--help"), QStringLiteral("x") }, 2, false },
+             Call { tool, { QStringLiteral("frobnicate") }, 2, false } }) {
+        QProcess process;
+        process.start(call.program, call.arguments);
+        ASSERT_TRUE(process.waitForFinished(60000));
+        const QString out = QString::fromLocal8Bit(process.readAllStandardOutput());
+        const QString err = QString::fromLocal8Bit(process.readAllStandardError());
+        const std::string what = (call.program + u' ' + call.arguments.join(u' ')).toStdString();
+        EXPECT_EQ(process.exitCode(), call.exitCode) << what;
+        EXPECT_EQ(out.contains(QStringLiteral("usage")), call.usageOnOut) << what;
+        EXPECT_EQ(err.contains(QStringLiteral("usage")), !call.usageOnOut) << what;
+    }
+}

@@ -1,8 +1,11 @@
 // A tiny application file for the host tests: a command that selects, queues a
 // redraw and reports; a command that opens a dialog and asks a question; one that
-// opens the CAD colour dialog; and the attribute bar's double-click callback.
+// opens the CAD colour dialog; one with a grid and common controls; one that asks
+// for a file; and the attribute bar's double-click callback.
+#include "GridTestDialog.h"
 #include "IFaceBarCtrl.h"
 #include "QvKsCADColorTool.h"
+#include "WinFileDialog.h"
 #include "WinMessageBox.h"
 #include "ZcApDocManager.h"
 #include "ZcEdCommandStack.h"
@@ -58,6 +61,21 @@ void onColor()
     zcutPrintf(QStringLiteral("\n[qvhcolor] %1 %2").arg(ok).arg(chosen, 8, 16, QLatin1Char('0')));
 }
 
+void onGrid()
+{
+    GridTestDialog dialog;
+    zcutPrintf(QStringLiteral("\n[qvhgrid] result %1").arg(dialog.exec()));
+}
+
+void onFile()
+{
+    CFileDialog dialog(
+        TRUE, QStringLiteral("scn"), QStringLiteral("照明.scn"), 0, QStringLiteral("系统编号文件|*.scn|"));
+    dialog.m_strTitle = QStringLiteral("导入系统编号");
+    const bool ok = dialog.DoModal() == IDOK;
+    zcutPrintf(QStringLiteral("\n[qvhfile] %1").arg(ok ? dialog.GetPathName() : QStringLiteral("cancelled")));
+}
+
 void onBarDbClick()
 {
     zcutPrintf(QStringLiteral("\n[qvhtest] dblclick %1").arg(IFaceBarCtrl::CurSysCode()));
@@ -79,6 +97,8 @@ extern "C" ZcRx::AppRetCode zcrxEntryPoint(ZcRx::AppMsgCode msg, void* appId)
     commands->addCommand(u"QVHTEST", u"_qvhtest", u"qvhtest", 0, onSelect);
     commands->addCommand(u"QVHTEST", u"_qvhdlg", u"qvhdlg", 0, onDialog);
     commands->addCommand(u"QVHTEST", u"_qvhcolor", u"qvhcolor", 0, onColor);
+    commands->addCommand(u"QVHTEST", u"_qvhgrid", u"qvhgrid", 0, onGrid);
+    commands->addCommand(u"QVHTEST", u"_qvhfile", u"qvhfile", 0, onFile);
     IFaceBarCtrl::RegDbClickSysFunc(&onBarDbClick);
     return kRetOK;
 }

@@ -9,14 +9,17 @@
 
 namespace {
 
-int usage(QTextStream& err)
+// The usage on `stream`: standard output when asked for, standard error after a
+// wrong call.
+void usage(QTextStream& stream)
 {
-    err << "usage:\n"
+    stream
+        << "usage:\n"
            "  qvproj demo DIR                 make the demo project in DIR (a new folder or an empty one)\n"
            "  qvproj print DIR SPEC           print the system codes of a specialty, one line each\n"
            "  qvproj export DIR SPEC FILE.scn write a specialty's codes to a system-code file\n"
-           "  qvproj import DIR SPEC FILE.scn merge a system-code file into a specialty\n";
-    return 2;
+           "  qvproj import DIR SPEC FILE.scn merge a system-code file into a specialty\n"
+           "  qvproj --help                   print this\n";
 }
 
 } // namespace
@@ -29,7 +32,9 @@ int main(int argc, char** argv)
     const QStringList args = app.arguments().mid(1);
     const QString command = args.value(0);
     int rc = 0;
-    if (command == QLatin1String("demo") && args.size() == 2)
+    if ((command == QLatin1String("--help") || command == QLatin1String("-h")) && args.size() == 1)
+        usage(out);
+    else if (command == QLatin1String("demo") && args.size() == 2)
         rc = ProjectCommands::Demo(args[1], out, err);
     else if (command == QLatin1String("print") && args.size() == 3)
         rc = ProjectCommands::Print(args[1], args[2], out, err);
@@ -37,8 +42,10 @@ int main(int argc, char** argv)
         rc = ProjectCommands::Export(args[1], args[2], args[3], out, err);
     else if (command == QLatin1String("import") && args.size() == 4)
         rc = ProjectCommands::Import(args[1], args[2], args[3], out, err);
-    else
-        rc = usage(err);
+    else {
+        usage(err);
+        rc = 2;
+    }
     out.flush();
     err.flush();
     return rc;
