@@ -20,6 +20,8 @@
 #include "WinMessageBox.h"
 #include "ZcApDocManager.h"
 
+#include <algorithm>
+
 namespace {
 int ShowBox(const QString& text, UINT type)
 {
