@@ -74,29 +74,3 @@ TEST_F(MainJob, ImportedColoursAndANewScaleReachStoreBarAndDrawingOnOk)
     QCoreApplication::processEvents();
     EXPECT_GT(CountPixels(red), redBefore);
 }
-
-TEST_F(MainJob, CancelAnsweredNoKeepsTheStoreButNotTheScale)
-{
-    CSysCodeData before;
-    ASSERT_NE(StoredCode(before, QStringLiteral("公共照明")), nullptr);
-    const QString file = WriteRecolourFile();
-    EXPECT_EQ(Run(QStringLiteral("command bhgl\n"
-                                 "file %1\n"
-                                 "click 204\n"
-                                 "set-text 3001 3\n"
-                                 "answer no\n"
-                                 "cancel\n"
-                                 "expect-box 是否保存设置修改\n"
-                                 "expect-title \n"
-                                 "expect-commands regen")
-                      .arg(file)),
-        "");
-    CSysCodeData after;
-    const CSysCodeData* lighting = StoredCode(after, QStringLiteral("公共照明"));
-    ASSERT_NE(lighting, nullptr);
-    EXPECT_EQ(lighting->GetMfcColor(), before.FindByFullName(QStringLiteral("公共照明"))->GetMfcColor());
-    EXPECT_EQ(after.FindByFullName(QStringLiteral("应急照明")), nullptr);
-    QString scale;
-    ASSERT_TRUE(CISysCode::GetLineTypeScale(scale));
-    EXPECT_EQ(scale, QStringLiteral("3"));
-}
