@@ -88,6 +88,7 @@ protected:
         QWidget* edit = GetDlgItem(&dlg, IDC_EDIT_LINETYPE_SCALE);
         QTest::mouseDClick(edit, Qt::LeftButton);
         qobject_cast<QvKsUiNumEdit*>(edit)->selectAll();
+        QTest::keyClick(edit, Qt::Key_Delete);
         QTest::keyClicks(edit, text);
     }
     static void chooseSpec(SysCodeDlg& dlg, const QString& spec)
