@@ -133,13 +133,17 @@ protected:
     // The save step for `spec` (with the line-type scale when `scale` is not null),
     // as one store transaction. False when the store refused: the user was told,
     // the store and the dialog are as before.
-    bool SaveSpecCodes(const QString& spec, const QString& scale);
+    // `saved` receives the tree as stored.
+    bool SaveSpecCodes(const QString& spec, const QString& scale, CSysCodeData& saved);
     bool WriteSpecCodes(const QString& spec, CSysCodeData& root);
     bool StoreInOneTransaction(const std::function<bool()>& writes);
     bool ApplyRenames();
     void StoreRowIndexes(const CSysCodeData& parent, HTREEITEM row);
     bool SaveDispAddedMsg();
-    bool RefreshColors(bool bRedrawFirst);
+    // `saved`: the tree this dialog just stored for m_strSpec, refilled without
+    // reading it back; null to read the store.
+    bool RefreshColors(bool bRedrawFirst, const CSysCodeData* saved);
+    void RefreshAfterSave(const std::function<void()>& refill);
 
     // Import and export of system-code files.
     void OnExport();

@@ -151,9 +151,8 @@ bool SysCodeDlg::WriteSpecCodes(const QString& spec, CSysCodeData& root)
     return CISysCode::SetSpecCodeInfos(root, spec);
 }
 
-bool SysCodeDlg::SaveSpecCodes(const QString& spec, const QString& scale)
+bool SysCodeDlg::SaveSpecCodes(const QString& spec, const QString& scale, CSysCodeData& root)
 {
-    CSysCodeData root;
     const bool stored = StoreInOneTransaction(
         [&] { return (scale.isNull() || CISysCode::SetLineTypeScale(scale)) && WriteSpecCodes(spec, root); });
     if (!stored)
@@ -172,11 +171,14 @@ bool SysCodeDlg::SaveDispAddedMsg()
 
 // Layers and the drawing after a save, when entities are drawn in their code's
 // colour; true when the drawing was regenerated.
-bool SysCodeDlg::RefreshColors(bool bRedrawFirst)
+bool SysCodeDlg::RefreshColors(bool bRedrawFirst, const CSysCodeData* saved)
 {
     if (!m_bColorChanged)
         return false;
-    RefreshAfterSave(m_strSpec);
+    if (saved)
+        RefreshAfterSave([&] { FillRowsFromRoot(*saved); });
+    else
+        RefreshAfterSave(m_strSpec);
     if (CProj().GetColorShowType() != 1)
         return false;
     CLayerManage::GetInstance()->UpdateCurDwgLayerColor();
@@ -193,9 +195,12 @@ void SysCodeDlg::OnOK()
         return;
     const QString scale = m_editScale.GetWindowText();
     const bool scaleChanged = scale != m_strScale;
+    CSysCodeData saved;
+    bool bSaved = false;
     if (m_bModified || scaleChanged) {
-        if (!SaveSpecCodes(m_strSpec, scaleChanged ? scale : QString()))
+        if (!SaveSpecCodes(m_strSpec, scaleChanged ? scale : QString(), saved))
             return;
+        bSaved = true;
         m_strScale = scale;
     } else if (m_bRenamesOnly && !StoreInOneTransaction([this] { return ApplyRenames(); })) {
         return;
@@ -206,7 +211,7 @@ void SysCodeDlg::OnOK()
         SaveDispAddedMsg();
         IFaceBarCtrl::ReFreshSysCodeBar();
     }
-    const bool regenerated = RefreshColors(true);
+    const bool regenerated = RefreshColors(true, bSaved ? &saved : nullptr);
     if (m_specList.currentItem() && m_specList.currentItem()->text() == CProj().GetCurrentSpec()) {
         HTREEITEM focused = m_tree.GetCaretItem();
         m_strSelCode = focused ? GetRowFullName(focused) : QString();
@@ -233,11 +238,15 @@ void SysCodeDlg::OnCancel()
         }
     }
     const bool settingChanged = m_nDispAddedMsg != m_nDispAddedMsgAtOpen;
+    CSysCodeData saved;
+    bool bSaved = false;
     if ((m_bModified || scaleChanged || settingChanged)
         && ShowBox(QStringLiteral("是否保存设置修改") + g_strQuestion, kMbQuestion) == IDYES) {
         if (m_bModified || scaleChanged) {
-            if (ValidateForSave(false) != SysCodeSaveStatus::Ok || !SaveSpecCodes(m_strSpec, QString()))
+            if (ValidateForSave(false) != SysCodeSaveStatus::Ok
+                || !SaveSpecCodes(m_strSpec, QString(), saved))
                 return;
+            bSaved = true;
         }
         if (settingChanged) {
             SaveDispAddedMsg();
@@ -246,7 +255,7 @@ void SysCodeDlg::OnCancel()
     }
     if (m_bLineTypesChanged)
         LineTypeMgr::Instance()->WriteLineTypeFile();
-    const bool regenerated = RefreshColors(false);
+    const bool regenerated = RefreshColors(false, bSaved ? &saved : nullptr);
     m_mapRowInfo.clear();
     if ((m_bLineTypesChanged || scaleChanged) && !regenerated)
         SendHostCommand(QStringLiteral("regen "));
@@ -268,7 +277,8 @@ void SysCodeDlg::OnSpecSelChange()
                 UpdateData(false);
             if (status != SysCodeSaveStatus::Ok)
                 return;
-            if (!SaveSpecCodes(m_strPrevSpec, QString())) {
+            CSysCodeData saved;
+            if (!SaveSpecCodes(m_strPrevSpec, QString(), saved)) {
                 UpdateData(false);
                 return;
             }
