@@ -1,7 +1,6 @@
 #include "SysCodeDlg.h"
 
 #include "CDialogUnits.h"
-#include "CProj.h"
 #include "CTreeListEdit.h"
 #include "CtrlId.h"
 #include "DialogTemplate.h"
@@ -105,11 +104,13 @@ void SysCodeDlg::BuildMessageMap()
         int id;
         void (SysCodeDlg::*handler)();
     };
-    // Batch modification, clearing pipeline information, import and export join
-    // this table with their handlers.
+    // Batch modification and clearing pipeline information join this table with
+    // their handlers.
     static const ButtonEntry buttons[] = {
         { IDC_BTN_OK, &SysCodeDlg::OnOK },
-        { IDC_BTN_CANCEL, &SysCodeDlg::reject },
+        { IDC_BTN_CANCEL, &SysCodeDlg::OnCancel },
+        { IDC_BTN_IMPORT, &SysCodeDlg::OnImport },
+        { IDC_BTN_EXPORT, &SysCodeDlg::OnExport },
         { IDC_BTN_EXPAND_LEVEL, &SysCodeDlg::OnExpandLevel },
         { IDC_BTN_COLLAPSE_LEVEL, &SysCodeDlg::OnCollapseLevel },
         { IDC_BTN_BATCH_MODIFY, &SysCodeDlg::OnBatchModify },
@@ -191,17 +192,6 @@ bool SysCodeDlg::OnCommand(int commandId)
         break;
     }
     return true;
-}
-
-// Saving comes with the save sequence; for now OK records the selection and closes.
-void SysCodeDlg::OnOK()
-{
-    UpdateData(true);
-    if (m_specList.currentItem() && m_specList.currentItem()->text() == CProj().GetCurrentSpec()) {
-        HTREEITEM focused = m_tree.GetCaretItem();
-        m_strSelCode = focused ? GetRowFullName(focused) : QString();
-    }
-    accept();
 }
 
 QString SysCodeDlg::GetRowFullName(HTREEITEM row) const

@@ -9,12 +9,14 @@
 #include "CTreeListCtrl.h"
 #include "QvKsQtxmInfo.h"
 #include "QvKsUiNumEdit.h"
+#include "SysCodeSaveCheck.h"
 
 #include <QDialog>
 #include <QListWidget>
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -105,6 +107,9 @@ public:
     // is being edited: the result is then false.
     virtual bool OnCommand(int commandId);
 
+    // Cancel, Escape and the close box all reach OnCancel.
+    void reject() override;
+
 protected:
     void SetSavedFlags();
 
@@ -130,6 +135,34 @@ protected:
     void ApplyBatchModify(const BatchModifyValues& values);
     QString GetCellText(HTREEITEM row, int logicalColumn) const;
     void ConnectPipeInfoCell();
+
+    // Saving, cancelling and switching specialty.
+    void OnCancel();
+    // The sibling-duplicate and name checks; a refusal has been shown to the user.
+    SysCodeSaveStatus ValidateForSave(bool bOnOK);
+    QList<QStringList> CollectSiblingNames() const;
+    // The save step for `spec` (with the line-type scale when `scale` is not null),
+    // as one store transaction. False when the store refused: the user was told,
+    // the store and the dialog are as before.
+    // `saved` receives the tree as stored.
+    bool SaveSpecCodes(const QString& spec, const QString& scale, CSysCodeData& saved);
+    bool WriteSpecCodes(const QString& spec, CSysCodeData& root);
+    bool StoreInOneTransaction(const std::function<bool()>& writes);
+    bool ApplyRenames();
+    void StoreRowIndexes(const CSysCodeData& parent, HTREEITEM row);
+    bool SaveDispAddedMsg();
+    // `saved`: the tree this dialog just stored for m_strSpec, refilled without
+    // reading it back; null to read the store.
+    bool RefreshColors(bool bRedrawFirst, const CSysCodeData* saved);
+    void RefreshAfterSave(const std::function<void()>& refill);
+
+    // Import and export of system-code files.
+    void OnExport();
+    void OnImport();
+    // A modified tree is stored before a file is written or merged in; false when
+    // the store refused.
+    bool PreSaveForExchange(CSysCodeData& root);
+    void FillRowsFromRoot(const CSysCodeData& root);
 
 private:
     void CreateControls();

@@ -183,16 +183,3 @@ void SysCodeDlg::UpdateElectricalButtons()
     GetDlgItem(this, IDC_BTN_BATCH_MODIFY)->setEnabled(electrical);
     GetDlgItem(this, IDC_BTN_DELETE_PIPEINFO)->setEnabled(electrical);
 }
-
-// Saving a modified specialty before the switch comes with the save sequence.
-void SysCodeDlg::OnSpecSelChange()
-{
-    QListWidgetItem* item = m_specList.currentItem();
-    if (!item || item->text() == m_strSpec)
-        return;
-    m_strPrevSpec = m_strSpec;
-    m_bModified = false;
-    UpdateData(true);
-    FillSysCodeTree(m_strSpec);
-    UpdateElectricalButtons();
-}

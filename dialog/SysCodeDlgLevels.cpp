@@ -66,9 +66,21 @@ void SysCodeDlg::OnCollapseLevel()
 
 void SysCodeDlg::RefreshAfterSave(const QString& spec)
 {
+    RefreshAfterSave([&] {
+        m_tree.DeleteAllItems();
+        FillSysCodeTree(spec);
+    });
+}
+
+void SysCodeDlg::RefreshAfterSave(const std::function<void()>& refill)
+{
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    m_tree.DeleteAllItems();
-    FillSysCodeTree(spec);
+    // The focused code stays focused through the reload: closing with OK reports it.
+    HTREEITEM focused = m_tree.GetCaretItem();
+    const QString focusedName = focused ? GetRowFullName(focused) : QString();
+    refill();
+    if (HTREEITEM row = FindRowByFullName(focusedName))
+        m_tree.SelectItem(row);
     QApplication::restoreOverrideCursor();
     IFaceBarCtrl::ReFreshSysCodeBar();
     if (HWND window = FindWindow(nullptr, QStringLiteral("显示控制")))

@@ -99,10 +99,3 @@ void SysCodeDlg::CopyRow(HTREEITEM row)
     BuildRecordFromRow(*record, row);
     m_clipboard.AddDataToChild(m_nMaxIndex, record, false);
 }
-
-// Reading a system-code file into the store comes with import and export; until
-// then no file is taken and the grid stays as it is.
-bool SysCodeDlg::ReloadFromSysCodeFile(const QString& /*filePath*/)
-{
-    return false;
-}

@@ -56,6 +56,7 @@ ProjectStore* ProjectStore::Require()
 
 ProjectStore::~ProjectStore()
 {
+    m_writeGroup.reset(); // rolls back before the connection goes
     sqlite3_close(m_db);
 }
 
@@ -211,6 +212,49 @@ bool RunScript(const QString& sql, QString* error)
         return fail(
             error, QStringLiteral("the script cannot be stored: %1").arg(sqlite3_errmsg(store->Db())));
     return true;
+}
+
+bool BeginWrites()
+{
+    ProjectStore* store = ProjectStore::Require();
+    if (!store)
+        return false;
+    if (store->WriteGroup()) {
+        ProjectStore::Fail(QStringLiteral("a group of writes is already open"));
+        return false;
+    }
+    auto group = std::make_unique<SqlTransaction>(store->Db());
+    if (!group->IsActive()) {
+        store->FailSql(QStringLiteral("the store cannot be written"));
+        return false;
+    }
+    store->WriteGroup() = std::move(group);
+    return true;
+}
+
+bool CommitWrites()
+{
+    ProjectStore* store = ProjectStore::Require();
+    if (!store || !store->WriteGroup()) {
+        ProjectStore::Fail(QStringLiteral("no group of writes is open"));
+        return false;
+    }
+    if (!store->WriteGroup()->Commit()) {
+        store->FailSql(QStringLiteral("the changes cannot be stored"));
+        return false; // the group stays open for RollbackWrites
+    }
+    store->WriteGroup().reset();
+    return true;
+}
+
+void RollbackWrites()
+{
+    ProjectStore* store = ProjectStore::Current();
+    if (!store)
+        return;
+    store->WriteGroup().reset();
+    store->PendingQd().clear();
+    store->PendingDe().clear();
 }
 
 QString LastError()

@@ -2,10 +2,12 @@
 
 // The process-wide open project behind the data service's static operations.
 #include "QvKsQtxmInfo.h"
+#include "SqlTransaction.h"
 
 #include <QString>
 
 #include <map>
+#include <memory>
 
 struct sqlite3;
 
@@ -36,6 +38,9 @@ public:
     std::map<qint64, SQvKsQdInfo>& PendingQd() { return m_pendingQd; }
     std::map<qint64, SQvKsDeInfo>& PendingDe() { return m_pendingDe; }
 
+    // The write group of QvKsDataMng::BeginWrites, or null.
+    std::unique_ptr<SqlTransaction>& WriteGroup() { return m_writeGroup; }
+
     ~ProjectStore();
 
 private:
@@ -48,4 +53,5 @@ private:
     QString m_folder;
     std::map<qint64, SQvKsQdInfo> m_pendingQd;
     std::map<qint64, SQvKsDeInfo> m_pendingDe;
+    std::unique_ptr<SqlTransaction> m_writeGroup;
 };

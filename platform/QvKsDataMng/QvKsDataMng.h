@@ -36,6 +36,21 @@ bool RunScript(const QString& sql, QString* error = nullptr);
 // The message of the last failed operation of the data service.
 QString LastError();
 
+// Several operations stored as one: from BeginWrites until CommitWrites every write
+// of the data service joins one transaction, so a failure anywhere lets
+// RollbackWrites leave the store exactly as before. Rolling back also drops bill and
+// quota item edits not yet stored. Begin is false when no project is open, the
+// store is locked by another program, or a group is already open.
+bool BeginWrites();
+bool CommitWrites();
+void RollbackWrites();
+
+// For tests of failure handling: the n-th write from now (a statement that changes
+// the store, or a commit) fails as a full disk would; 0 turns this off. WritesDone
+// counts the writes since the last FailNthWrite.
+void FailNthWrite(int n);
+int WritesDone();
+
 // How long a write waits for another program's lock before it fails (ms).
 void SetBusyTimeout(int milliseconds);
 

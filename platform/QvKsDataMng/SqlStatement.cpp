@@ -1,5 +1,7 @@
 #include "SqlStatement.h"
 
+#include "QvKsDataMng.h"
+
 #include <sqlite3.h>
 
 SqlStatement::SqlStatement(sqlite3* db, const char* sql)
@@ -52,10 +54,51 @@ bool SqlStatement::Next()
     return m_rc == SQLITE_ROW;
 }
 
+namespace {
+struct WriteCounter
+{
+    int done = 0;
+    int failAt = 0;
+};
+
+WriteCounter& writeCounter()
+{
+    static WriteCounter counter;
+    return counter;
+}
+} // namespace
+
+bool SqlStatement::CountWrite()
+{
+    WriteCounter& c = writeCounter();
+    ++c.done;
+    if (c.failAt > 0 && c.done == c.failAt) {
+        c.failAt = 0;
+        return false;
+    }
+    return true;
+}
+
+namespace QvKsDataMng {
+void FailNthWrite(int n)
+{
+    writeCounter() = { 0, n > 0 ? n : 0 };
+}
+
+int WritesDone()
+{
+    return writeCounter().done;
+}
+} // namespace QvKsDataMng
+
 bool SqlStatement::Exec()
 {
     if (!m_stmt)
         return false;
+    if (!CountWrite()) {
+        m_rc = SQLITE_FULL;
+        return false;
+    }
     m_rc = sqlite3_step(m_stmt);
     sqlite3_reset(m_stmt);
     return m_rc == SQLITE_DONE;

@@ -25,7 +25,7 @@ public:
 
     // True while a row is available; Done() tells whether the end was reached cleanly.
     bool Next();
-    // Runs a statement that returns no rows; true on SQLITE_DONE.
+    // Runs a statement that returns no rows; true on SQLITE_DONE. Counts as a write.
     bool Exec();
     bool Done() const { return m_rc == 101; } // SQLITE_DONE
     int ResultCode() const { return m_rc; }
@@ -36,6 +36,10 @@ public:
     double Double(int col) const;
     QString Text(int col) const;
     bool IsNull(int col) const;
+
+    // Every write (a statement run with Exec, a commit) passes here: false when it
+    // is the one chosen to fail (QvKsDataMng::FailNthWrite).
+    static bool CountWrite();
 
 private:
     sqlite3_stmt* m_stmt = nullptr;

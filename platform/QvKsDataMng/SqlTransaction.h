@@ -1,7 +1,8 @@
 #pragma once
 
 // One write transaction. Begins IMMEDIATE, so a store locked by another program is
-// reported before anything is changed; rolls back unless Commit() succeeded.
+// reported before anything is changed; rolls back unless Commit() succeeded. Opened
+// while another transaction runs, it is a savepoint inside that one.
 struct sqlite3;
 
 class SqlTransaction
@@ -18,4 +19,5 @@ public:
 private:
     sqlite3* m_db;
     bool m_active = false;
+    bool m_nested = false;
 };

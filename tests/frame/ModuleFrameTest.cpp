@@ -6,6 +6,7 @@
 #include "CtrlId.h"
 #include "ICommonSysUI.h"
 #include "IFaceBarCtrl.h"
+#include "MessageBoxRecorder.h"
 #include "ModuleEntry.h"
 #include "Resource.h"
 #include "TestProject.h"
@@ -17,6 +18,7 @@
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QDialog>
+#include <QFile>
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
@@ -192,6 +194,42 @@ TEST_F(ModuleFrameTest, SysCodeMngReturnsOneOnlyForOk)
         EXPECT_EQ(ICommonSysUI::SysCodeMng(QStringLiteral("给排水"), QStringLiteral("给水")), c.expected);
         EXPECT_TRUE(zcDocManagerPtr()->isResourceStackBalanced());
     }
+}
+
+// Another module hands the open "bhgl" dialog a file: its codes join the grid, and
+// no file dialog or notice appears. A newer file is refused.
+TEST_F(ModuleFrameTest, RefreshSyscodeReloadsTheCommandsDialogFromAFile)
+{
+    MessageBoxRecorder boxes;
+    const QString file = project.folder() + QStringLiteral("/外部.scn");
+    const auto write = [&](const QString& version) {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        out.write(
+            QStringLiteral("<SysCodeFile Version=\"%1\"><Code Name=\"应急照明\" Index=\"1\"/></SysCodeFile>")
+                .arg(version)
+                .toUtf8());
+    };
+    bool ran = false;
+    onNextModal([&](QDialog* dlg) {
+        ran = true;
+        write(QStringLiteral("999.0.0"));
+        EXPECT_FALSE(RefreshSyscode(file));
+        EXPECT_EQ(boxes.texts(), QStringList({ "不支持导入高版本的系统编号!" }));
+        write(QStringLiteral("1.0.0"));
+        EXPECT_TRUE(RefreshSyscode(file));
+        auto* view = qobject_cast<QTreeView*>(GetDlgItem(dlg, IDC_TREE_SYSCODE));
+        const QModelIndex last = view->model()->index(view->model()->rowCount() - 1, 0);
+        EXPECT_EQ(last.data().toString(), QStringLiteral("应急照明"));
+        EXPECT_EQ(boxes.texts().size(), 1);
+        click(dlg, IDC_BTN_OK);
+    });
+    ASSERT_TRUE(zcedRegCmds()->invoke(QStringLiteral("bhgl")));
+    EXPECT_TRUE(ran);
+    QStringList names;
+    CISysCode::GetFullNameAryBySpec(names, QStringLiteral("电气"));
+    EXPECT_TRUE(names.contains(QStringLiteral("应急照明")));
+    EXPECT_FALSE(RefreshSyscode(file)); // closed again
 }
 
 } // namespace

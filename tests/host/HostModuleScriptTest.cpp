@@ -36,8 +36,9 @@ TEST_F(ModuleScript, ManagementDialogControlsAreWorkedLineByLine)
                   "expect-text 3001 1.0\n"
                   "set-text 3001 2\n"
                   "expect-text 3001 2\n"
+                  "answer no\n"
                   "cancel\n"
-                  "expect-no-box\n"
+                  "expect-box 是否保存设置修改\n"
                   "expect-title ")
                       .arg(kWaterRows)),
         "");

@@ -1,0 +1,294 @@
+// Saving, cancelling and switching specialty: the checks before a save, the save
+// itself as one store transaction, and the refresh of the drawing afterwards.
+#include "SysCodeDlg.h"
+
+#include "CAtt.h"
+#include "CISysCode.h"
+#include "CLayerManage.h"
+#include "CProj.h"
+#include "CQtxmMng.h"
+#include "IFaceBarCtrl.h"
+#include "IQvKsAppProfile.h"
+#include "LineTypeMgr.h"
+#include "ModuleStrings.h"
+#include "QvKsBzPub.h"
+#include "QvKsDataMng.h"
+#include "QvKsProfile.h"
+#include "SysCodeRenames.h"
+#include "SysCodeSaveCheck.h"
+#include "SysCodeSettings.h"
+#include "WinMessageBox.h"
+#include "ZcApDocManager.h"
+
+#include <algorithm>
+
+namespace {
+int ShowBox(const QString& text, UINT type)
+{
+    return MessageBoxExW(GetActiveWindow(), text, g_strCaption, type);
+}
+
+// The store refused a save: the user keeps every edit and learns why.
+void ShowStoreFailure()
+{
+    const QString why = QvKsDataMng::LastError();
+    QString text = QStringLiteral("系统编号未能保存，修改仍保留在对话框中");
+    if (!why.isEmpty())
+        text += QStringLiteral("：\n") + why;
+    ShowBox(text + g_strExclaim, kMbWarning);
+}
+
+void SendHostCommand(const QString& command)
+{
+    ZcApDocManager* docs = zcDocManagerPtr();
+    docs->sendStringToExecute(docs->curDocument(), command, false, true, false);
+}
+} // namespace
+
+void SysCodeDlg::reject()
+{
+    OnCancel();
+}
+
+QList<QStringList> SysCodeDlg::CollectSiblingNames() const
+{
+    QList<QStringList> groups;
+    std::vector<HTREEITEM> parents { m_tree.GetRootItem() };
+    for (size_t i = 0; i < parents.size(); ++i) {
+        QStringList names;
+        for (HTREEITEM c = m_tree.GetChildItem(parents[i]); c; c = m_tree.GetNextSiblingItem(c)) {
+            names << m_tree.GetItemText(c, 0);
+            if (m_tree.ItemHasChildren(c))
+                parents.push_back(c);
+        }
+        if (!names.isEmpty())
+            groups << names;
+    }
+    return groups;
+}
+
+SysCodeSaveStatus SysCodeDlg::ValidateForSave(bool bOnOK)
+{
+    const SysCodeSaveCheck check = CheckSysCodesForSave(CollectSiblingNames());
+    if (check.status == SysCodeSaveStatus::SiblingDuplicate) {
+        const QString text = bOnOK ? QStringLiteral("%1系统编号在该同级中已存在")
+                                   : QStringLiteral("%1系统编号在同级中已存在");
+        ShowBox(text.arg(check.name) + g_strExclaim, kMbWarning);
+    } else if (check.status == SysCodeSaveStatus::IllegalName) {
+        ShowBox(g_strIllegalNameMsg + g_strExclaim, kMbWarning);
+    }
+    return check.status;
+}
+
+// Bill and quota items measured for a renamed code take its new path. Items are
+// changed in the dialog's maps and queued in the store; CAtt::Save writes them.
+bool SysCodeDlg::ApplyRenames()
+{
+    if (m_renames.empty() && !m_bRenamesOnly)
+        return true;
+    const SysCodeRenameList renames = SortSysCodeRenames(m_renames);
+    bool ok = true;
+    for (auto& [floor, items] : m_mapQdInfo) {
+        for (SQvKsQdInfo& item : items) {
+            const QString path = RenamedSysCodePath(renames, item.strSysCode);
+            if (path == item.strSysCode)
+                continue;
+            item.strSysCode = path;
+            ok = CQtxmMng::SetQdInfo(item) && ok;
+        }
+    }
+    for (auto& [floor, items] : m_mapDeInfo) {
+        for (SQvKsDeInfo& item : items) {
+            const QString path = RenamedSysCodePath(renames, item.strSysCode);
+            if (path == item.strSysCode)
+                continue;
+            item.strSysCode = path;
+            ok = CQtxmMng::SetQdDeInfo(item) && ok;
+        }
+    }
+    if (!ok || !CAtt::Save())
+        return false;
+    m_renames.clear();
+    return true;
+}
+
+// Rows made in the dialog learn the index the store gave them, so a second save
+// keeps it.
+void SysCodeDlg::StoreRowIndexes(const CSysCodeData& parent, HTREEITEM row)
+{
+    int i = 0;
+    for (HTREEITEM c = m_tree.GetChildItem(row); c && i < parent.GetChildCount();
+         c = m_tree.GetNextSiblingItem(c), ++i) {
+        const CSysCodeData* record = parent.GetChild(i);
+        m_tree.SetItemData(c, quintptr(std::max(record->GetNodeIndex(), 0)));
+        m_nMaxIndex = std::max(m_nMaxIndex, record->GetNodeIndex());
+        StoreRowIndexes(*record, c);
+    }
+}
+
+bool SysCodeDlg::StoreInOneTransaction(const std::function<bool()>& writes)
+{
+    const auto qdItems = m_mapQdInfo;
+    const auto deItems = m_mapDeInfo;
+    const auto renames = m_renames;
+    const int maxIndex = m_nMaxIndex;
+    if (QvKsDataMng::BeginWrites() && writes() && QvKsDataMng::CommitWrites())
+        return true;
+    QvKsDataMng::RollbackWrites();
+    m_mapQdInfo = qdItems;
+    m_mapDeInfo = deItems;
+    m_renames = renames;
+    m_nMaxIndex = maxIndex;
+    ShowStoreFailure();
+    return false;
+}
+
+bool SysCodeDlg::WriteSpecCodes(const QString& spec, CSysCodeData& root)
+{
+    if (!ApplyRenames())
+        return false;
+    BuildChildRecords(root, m_tree.GetRootItem());
+    return CISysCode::SetSpecCodeInfos(root, spec);
+}
+
+bool SysCodeDlg::SaveSpecCodes(const QString& spec, const QString& scale, CSysCodeData& root)
+{
+    const bool stored = StoreInOneTransaction(
+        [&] { return (scale.isNull() || CISysCode::SetLineTypeScale(scale)) && WriteSpecCodes(spec, root); });
+    if (!stored)
+        return false;
+    StoreRowIndexes(root, m_tree.GetRootItem());
+    SetSavedFlags();
+    return true;
+}
+
+bool SysCodeDlg::SaveDispAddedMsg()
+{
+    UpdateData(true);
+    SaveDispAddedMsgSetting(QvKsProfile::GetAppProfile()->GetPath(), m_nDispAddedMsg);
+    return true;
+}
+
+// Layers and the drawing after a save, when entities are drawn in their code's
+// colour; true when the drawing was regenerated.
+bool SysCodeDlg::RefreshColors(bool bRedrawFirst, const CSysCodeData* saved)
+{
+    if (!m_bColorChanged)
+        return false;
+    if (saved)
+        RefreshAfterSave([&] { FillRowsFromRoot(*saved); });
+    else
+        RefreshAfterSave(m_strSpec);
+    if (CProj().GetColorShowType() != 1)
+        return false;
+    CLayerManage::GetInstance()->UpdateCurDwgLayerColor();
+    if (bRedrawFirst)
+        SendHostCommand(QStringLiteral("fredraw "));
+    SendHostCommand(QStringLiteral("regen "));
+    return true;
+}
+
+void SysCodeDlg::OnOK()
+{
+    UpdateData(true);
+    if (m_bModified && ValidateForSave(true) != SysCodeSaveStatus::Ok)
+        return;
+    const QString scale = m_editScale.GetWindowText();
+    const bool scaleChanged = scale != m_strScale;
+    CSysCodeData saved;
+    bool bSaved = false;
+    if (m_bModified || scaleChanged) {
+        if (!SaveSpecCodes(m_strSpec, scaleChanged ? scale : QString(), saved))
+            return;
+        bSaved = true;
+        m_strScale = scale;
+    } else if (m_bRenamesOnly && !StoreInOneTransaction([this] { return ApplyRenames(); })) {
+        return;
+    }
+    if (m_bLineTypesChanged)
+        LineTypeMgr::Instance()->WriteLineTypeFile();
+    if (m_nDispAddedMsg != m_nDispAddedMsgAtOpen) {
+        SaveDispAddedMsg();
+        IFaceBarCtrl::ReFreshSysCodeBar();
+    }
+    const bool regenerated = RefreshColors(true, bSaved ? &saved : nullptr);
+    if (m_specList.currentItem() && m_specList.currentItem()->text() == CProj().GetCurrentSpec()) {
+        HTREEITEM focused = m_tree.GetCaretItem();
+        m_strSelCode = focused ? GetRowFullName(focused) : QString();
+    }
+    m_mapRowInfo.clear();
+    if ((m_bLineTypesChanged || scaleChanged) && !regenerated)
+        SendHostCommand(QStringLiteral("regen "));
+    QvKsBzPub::RefreshAllBz();
+    accept();
+}
+
+void SysCodeDlg::OnCancel()
+{
+    UpdateData(true);
+    bool scaleChanged = false;
+    const QString scale = m_editScale.GetWindowText();
+    if (scale != m_strScale) {
+        // A new scale is kept whatever the answer below.
+        if (CISysCode::SetLineTypeScale(scale)) {
+            m_strScale = scale;
+            scaleChanged = true;
+        } else {
+            ShowStoreFailure();
+        }
+    }
+    const bool settingChanged = m_nDispAddedMsg != m_nDispAddedMsgAtOpen;
+    CSysCodeData saved;
+    bool bSaved = false;
+    if ((m_bModified || scaleChanged || settingChanged)
+        && ShowBox(QStringLiteral("是否保存设置修改") + g_strQuestion, kMbQuestion) == IDYES) {
+        if (m_bModified || scaleChanged) {
+            if (ValidateForSave(false) != SysCodeSaveStatus::Ok
+                || !SaveSpecCodes(m_strSpec, QString(), saved))
+                return;
+            bSaved = true;
+        }
+        if (settingChanged) {
+            SaveDispAddedMsg();
+            IFaceBarCtrl::ReFreshSysCodeBar();
+        }
+    }
+    if (m_bLineTypesChanged)
+        LineTypeMgr::Instance()->WriteLineTypeFile();
+    const bool regenerated = RefreshColors(false, bSaved ? &saved : nullptr);
+    m_mapRowInfo.clear();
+    if ((m_bLineTypesChanged || scaleChanged) && !regenerated)
+        SendHostCommand(QStringLiteral("regen "));
+    QvKsBzPub::RefreshAllBz();
+    QDialog::reject();
+}
+
+void SysCodeDlg::OnSpecSelChange()
+{
+    QListWidgetItem* item = m_specList.currentItem();
+    if (!item || item->text() == m_strSpec)
+        return;
+    m_strPrevSpec = m_strSpec;
+    if (m_bModified) {
+        const QString question = QStringLiteral(" %1 设置已发生改变,是否保存修改").arg(m_strPrevSpec);
+        if (ShowBox(question + g_strQuestion, kMbQuestionDefaultNo) == IDYES) {
+            const SysCodeSaveStatus status = ValidateForSave(false);
+            if (status == SysCodeSaveStatus::SiblingDuplicate)
+                UpdateData(false);
+            if (status != SysCodeSaveStatus::Ok)
+                return;
+            CSysCodeData saved;
+            if (!SaveSpecCodes(m_strPrevSpec, QString(), saved)) {
+                UpdateData(false);
+                return;
+            }
+        } else {
+            // The dropped edits' renames name codes that were never stored.
+            m_renames.clear();
+        }
+    }
+    m_bModified = false;
+    UpdateData(true);
+    FillSysCodeTree(m_strSpec);
+    UpdateElectricalButtons();
+}

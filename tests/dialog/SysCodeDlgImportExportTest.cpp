@@ -1,0 +1,253 @@
+// "导出" and "导入" as a user drives them: the file dialogs they open, the files they
+// write and read, the store and grid afterwards, and what the user is told.
+#include "SysCodeDlg.h"
+
+#include "CISysCode.h"
+#include "CQvKsVersion.h"
+#include "CTreeListCtrl.h"
+#include "CtrlId.h"
+#include "IQvKsAppProfile.h"
+#include "MessageBoxRecorder.h"
+#include "ModuleStrings.h"
+#include "QvKsDataMng.h"
+#include "QvKsProfile.h"
+#include "QvKsXmlVertion.h"
+#include "Resource.h"
+#include "TestProject.h"
+#include "WinFileDialog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+namespace {
+const QString kElectrical = QStringLiteral("电气");
+
+// Answers every file dialog with `path` (or cancels when it is empty) and keeps
+// what was asked.
+class FileDialogAnswer
+{
+public:
+    explicit FileDialogAnswer(const QString& path)
+    {
+        m_previous = SetFileDialogHandler([this, path](const FileDialogRequest& request, QString& chosen) {
+            requests.append(request);
+            chosen = path;
+            return !path.isEmpty();
+        });
+    }
+    ~FileDialogAnswer() { SetFileDialogHandler(m_previous); }
+    FileDialogAnswer(const FileDialogAnswer&) = delete;
+    FileDialogAnswer& operator=(const FileDialogAnswer&) = delete;
+
+    QList<FileDialogRequest> requests;
+
+private:
+    FileDialogHandler m_previous;
+};
+
+// A file of the current layout: 动力 in a new colour and a new code with a child.
+QString currentLayout(const QString& version)
+{
+    const QString stamp = version.isEmpty() ? QString() : QStringLiteral(" Version=\"%1\"").arg(version);
+    return QStringLiteral(R"(<?xml version="1.0" encoding="UTF-8"?>
+<SysCodeFile%1 Spec="电气">
+  <Code Name="动力" Index="1" Color="123" LineWidth="0.5" Alpha="0"/>
+  <Code Name="消防报警" Index="2" Color="255" LineWidth="0.3" Alpha="0"><Code Name="一区" Index="3" Color="255" LineWidth="0.3" Alpha="0"/></Code>
+</SysCodeFile>
+)")
+        .arg(stamp);
+}
+
+// The same codes as an older version of the product wrote them.
+const char* const kOlderLayout = R"(<?xml version="1.0" encoding="UTF-8"?>
+<SysCodeData Version="2.5.0">
+  <SysNode><Name>动力</Name><Index>1</Index><Color>123,0,0</Color><Width>0.5</Width></SysNode>
+  <SysNode><Name>消防报警</Name><Index>2</Index><Color>255,0,0</Color>
+    <SubNodes><SysNode><Name>一区</Name><Index>3</Index><Color>255,0,0</Color></SysNode></SubNodes>
+  </SysNode>
+</SysCodeData>
+)";
+
+class SysCodeDlgImportExportTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(project.isOpen()); }
+
+    std::unique_ptr<SysCodeDlg> open()
+    {
+        auto dlg = std::make_unique<SysCodeDlg>();
+        dlg->m_strSpec = kElectrical;
+        dlg->m_bAllowImportExport = true;
+        dlg->OnInitDialog();
+        dlg->show();
+        QCoreApplication::processEvents();
+        return dlg;
+    }
+    static CTreeListCtrl& grid(SysCodeDlg& dlg)
+    {
+        return *qobject_cast<CTreeListCtrl*>(GetDlgItem(&dlg, IDC_TREE_SYSCODE));
+    }
+    static QStringList topNames(SysCodeDlg& dlg)
+    {
+        QStringList names;
+        CTreeListCtrl& g = grid(dlg);
+        for (HTREEITEM c = g.GetChildItem(g.GetRootItem()); c; c = g.GetNextSiblingItem(c))
+            names << g.GetItemText(c, 0);
+        return names;
+    }
+    static void renameFirst(SysCodeDlg& dlg, const QString& to)
+    {
+        CTreeListCtrl& g = grid(dlg);
+        g.SetItemText(g.GetChildItem(g.GetRootItem()), to, 0);
+        dlg.m_bModified = true;
+    }
+    static void click(SysCodeDlg& dlg, int id) { QTest::mouseClick(GetDlgItem(&dlg, id), Qt::LeftButton); }
+    static QStringList storedNames()
+    {
+        QStringList names;
+        CISysCode::GetFullNameAryBySpec(names, kElectrical);
+        return names;
+    }
+    static QString exchangeFolder()
+    {
+        return QvKsProfile::GetAppProfile()->GetPath() + QStringLiteral("/系统编号");
+    }
+    QString writeFile(const char* name, const QByteArray& content) const
+    {
+        const QString path = project.folder() + QLatin1Char('/') + QString::fromUtf8(name);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(content);
+        return path;
+    }
+
+    TestProject project;
+    MessageBoxRecorder boxes;
+};
+
+TEST_F(SysCodeDlgImportExportTest, ExportWritesTheSpecialtyStampedWithTheVersion)
+{
+    auto dlg = open();
+    const QString path = exchangeFolder() + QStringLiteral("/测试项目-电气.scn");
+    FileDialogAnswer answer(path);
+    click(*dlg, IDC_BTN_EXPORT);
+    ASSERT_EQ(answer.requests.size(), 1);
+    const FileDialogRequest& r = answer.requests.first();
+    EXPECT_FALSE(r.open);
+    EXPECT_EQ(r.title, QStringLiteral("系统编号导出"));
+    EXPECT_EQ(r.initialDir, exchangeFolder());
+    EXPECT_TRUE(QDir(exchangeFolder()).exists());
+    EXPECT_EQ(r.fileName, QStringLiteral("测试项目-电气"));
+    EXPECT_EQ(r.defaultExt, QStringLiteral("scn"));
+    EXPECT_EQ(r.filter, QStringLiteral("*.scn|*.scn|"));
+    EXPECT_EQ(r.flags, DWORD(OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT));
+
+    QString version;
+    ASSERT_TRUE(QvKsXmlVertion::GetXmlVersion(version, path));
+    EXPECT_EQ(version, CQvKsVersion::Current().ToString());
+    CSysCodeData read;
+    ASSERT_TRUE(read.ImportData(path));
+    ASSERT_NE(read.FindByFullName(QStringLiteral("照明\\WL1\\一层")), nullptr);
+    EXPECT_EQ(read.GetChildCount(), 3);
+    EXPECT_EQ(boxes.texts(), QStringList({ "导出完成。" }));
+    EXPECT_EQ(boxes.boxes().first().type, kMbNotice);
+}
+
+TEST_F(SysCodeDlgImportExportTest, ExportOverAnOldFileReplacesItWithTheNewOneWhole)
+{
+    auto dlg = open();
+    const QString path = writeFile("old.scn", currentLayout("1.0.0").toUtf8());
+    FileDialogAnswer answer(path);
+    click(*dlg, IDC_BTN_EXPORT);
+    CSysCodeData read;
+    ASSERT_TRUE(read.ImportData(path));
+    EXPECT_EQ(read.FindByFullName(QStringLiteral("消防报警")), nullptr);
+    EXPECT_NE(read.FindByFullName(QStringLiteral("照明\\WL1")), nullptr);
+    EXPECT_EQ(QDir(project.folder()).entryList({ "old.scn*" }, QDir::Files | QDir::Hidden),
+        QStringList({ "old.scn" })); // nothing left beside it
+}
+
+TEST_F(SysCodeDlgImportExportTest, CancelledDialogsWriteNoFileButExportStoresEditsFirst)
+{
+    auto dlg = open();
+    renameFirst(*dlg, QStringLiteral("灯光"));
+    FileDialogAnswer cancel { QString() };
+    click(*dlg, IDC_BTN_IMPORT); // import stores nothing before a file is chosen
+    EXPECT_EQ(storedNames().first(), QStringLiteral("照明"));
+    EXPECT_TRUE(dlg->m_bModified);
+    click(*dlg, IDC_BTN_EXPORT);
+    EXPECT_EQ(storedNames().first(), QStringLiteral("灯光"));
+    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->m_bColorChanged);
+    EXPECT_EQ(cancel.requests.size(), 2);
+    EXPECT_EQ(cancel.requests.first().title, QStringLiteral("系统编号导入"));
+    EXPECT_TRUE(cancel.requests.first().fileName.isEmpty());
+    EXPECT_TRUE(boxes.texts().isEmpty());
+    EXPECT_TRUE(QDir(exchangeFolder()).isEmpty());
+}
+
+struct ImportCase
+{
+    const char* what;
+    QByteArray content;
+    bool taken;
+};
+
+TEST_F(SysCodeDlgImportExportTest, ImportMergesFilesUpToTheRunningVersion)
+{
+    const CQvKsVersion now = CQvKsVersion::Current();
+    const QString newer = CQvKsVersion(now.Major() + 1, 0, 0).ToString();
+    const ImportCase cases[] = {
+        { "equal", currentLayout(now.ToString()).toUtf8(), true },
+        { "older", kOlderLayout, true },
+        { "unversioned", currentLayout(QString()).toUtf8(), true },
+        { "newer", currentLayout(newer).toUtf8(), false },
+    };
+    for (const ImportCase& c : cases) {
+        SCOPED_TRACE(c.what);
+        boxes.clear();
+        const QString path = writeFile("in.scn", c.content);
+        auto dlg = open();
+        renameFirst(*dlg, QStringLiteral("灯光")); // stored before the file is read
+        FileDialogAnswer answer(path);
+        click(*dlg, IDC_BTN_IMPORT);
+        ASSERT_EQ(answer.requests.size(), 1);
+        EXPECT_TRUE(answer.requests.first().open);
+        EXPECT_EQ(storedNames().first(), QStringLiteral("灯光"));
+        if (!c.taken) {
+            EXPECT_EQ(boxes.texts(), QStringList({ "不支持导入高版本的系统编号!" }));
+            EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座" }));
+            EXPECT_FALSE(dlg->m_bModified);
+            EXPECT_FALSE(dlg->m_bLineTypesChanged);
+            continue;
+        }
+        EXPECT_EQ(boxes.texts(), QStringList({ "导入完成。" }));
+        EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座", "消防报警" }));
+        CTreeListCtrl& g = grid(*dlg);
+        HTREEITEM power = g.GetNextSiblingItem(g.GetChildItem(g.GetRootItem()));
+        EXPECT_EQ(g.GetItemBackColor(power, 1), 123u); // the file's attributes win
+        EXPECT_EQ(dlg->GetRowNodeIndex(power), 4); // and the code keeps its index
+        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->m_bLineTypesChanged);
+        // The older file itself was brought to the current layout first.
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(file.readAll().contains("<SysCodeFile"));
+        // New codes are numbered after the highest index in use when stored.
+        click(*dlg, IDC_BTN_OK);
+        EXPECT_EQ(CISysCode::GetIndexPath(kElectrical + QStringLiteral("\\消防报警\\一区")),
+            QStringLiteral("3\\%1\\%2").arg(6).arg(7));
+        // Back to the start for the next case.
+        ASSERT_TRUE(QvKsDataMng::RunScript(QStringLiteral(
+            "DELETE FROM sys_code WHERE spec_id = 3 AND node_index > 5;"
+            "UPDATE sys_code SET name = '照明', color = 65535 WHERE spec_id = 3 AND node_index = 1;"
+            "UPDATE sys_code SET color = 16711680 WHERE spec_id = 3 AND node_index = 4;"
+            "UPDATE spec SET max_index = 5 WHERE spec_id = 3;")));
+    }
+}
+} // namespace
