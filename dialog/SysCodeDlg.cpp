@@ -167,20 +167,20 @@ bool SysCodeDlg::OnCommand(int commandId)
     }
     switch (commandId) {
     case ID_MENU_ADD_SIBLING:
-        OnAddSiblingRow();
-        m_bModified = true;
+        if (OnAddSiblingRow())
+            m_bModified = true;
         break;
     case ID_MENU_ADD_CHILD:
-        OnAddChildRow();
-        m_bModified = true;
+        if (OnAddChildRow())
+            m_bModified = true;
         break;
     case ID_MENU_DELETE:
         if (OnDeleteRows())
             m_bModified = true;
         break;
     case ID_MENU_INSERT:
-        OnInsertRow();
-        m_bModified = true;
+        if (OnInsertRow())
+            m_bModified = true;
         break;
     case ID_MENU_COPY:
         CopyRow(m_pCurRow);

@@ -119,10 +119,12 @@ protected:
     void OnExpandLevel();
     void OnCollapseLevel();
     void OnGridDeleteItem(const NMLISTVIEW& info);
-    void OnAddSiblingRow();
-    void OnAddChildRow();
+    // The row commands report whether they changed the grid; only a change marks the
+    // dialog modified.
+    bool OnAddSiblingRow();
+    bool OnAddChildRow();
     bool OnDeleteRows();
-    void OnInsertRow();
+    bool OnInsertRow();
     void CopyRow(HTREEITEM row);
     void PasteRow(const CSysCodeData& clipboard, HTREEITEM row, bool bNewColors);
     void ClearClipboard();

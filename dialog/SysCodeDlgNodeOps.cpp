@@ -6,19 +6,27 @@
 
 #include <algorithm>
 
-void SysCodeDlg::OnAddSiblingRow()
-{ }
+// Adding and inserting rows are not built yet: nothing changes, so nothing is marked
+// modified.
+bool SysCodeDlg::OnAddSiblingRow()
+{
+    return false;
+}
 
-void SysCodeDlg::OnAddChildRow()
-{ }
+bool SysCodeDlg::OnAddChildRow()
+{
+    return false;
+}
 
 bool SysCodeDlg::OnDeleteRows()
 {
     return false;
 }
 
-void SysCodeDlg::OnInsertRow()
-{ }
+bool SysCodeDlg::OnInsertRow()
+{
+    return false;
+}
 
 void SysCodeDlg::PasteRow(const CSysCodeData& /*clipboard*/, HTREEITEM /*row*/, bool /*bNewColors*/)
 { }

@@ -313,4 +313,27 @@ TEST_F(SysCodeDlgTest, IndexPathOfAnUnknownCodeFallsBackToTheFirstTopLevelCode)
     EXPECT_TRUE(dlg->m_bSelCodeReplaced);
     EXPECT_EQ(unknown, QStringLiteral("电气\\照明"));
 }
+TEST_F(SysCodeDlgTest, ARowCommandMarksTheDialogModifiedExactlyWhenItChangesTheGrid)
+{
+    const auto snapshot = [](SysCodeDlg& dlg) {
+        CTreeListCtrl& g = grid(dlg);
+        QStringList rows;
+        for (int r = 0; r < g.GetItemCount(); ++r)
+            rows << dlg.GetRowFullName(g.GetItemFromRow(r));
+        return rows;
+    };
+    for (const int command : { ID_MENU_ADD_SIBLING, ID_MENU_ADD_CHILD, ID_MENU_DELETE, ID_MENU_INSERT,
+             ID_MENU_COPY, ID_MENU_PASTE }) {
+        auto dlg = open(QStringLiteral("电气"));
+        CTreeListCtrl& g = grid(*dlg);
+        HTREEITEM row = g.GetItemFromRow(1);
+        g.SelectItem(row);
+        g.SetItemState(row, LVIS_SELECTED, LVIS_SELECTED);
+        dlg->m_pCurRow = row;
+        const QStringList before = snapshot(*dlg);
+        EXPECT_TRUE(dlg->OnCommand(command)) << command;
+        EXPECT_EQ(dlg->m_bModified, snapshot(*dlg) != before) << command;
+    }
+}
+
 } // namespace
