@@ -38,13 +38,10 @@ bool CTreeListEdit::EndEdit(bool onRow, int mode)
         return false;
     if (mode == TLEND_CANCEL)
         setText(GetStartText());
-    if (mode == TLEND_COMMIT) {
-        if (m_codeCheck && CheckCode() == 0)
-            return false;
-        if (m_validator && !m_validator(text()))
-            return false;
-    }
-    return Finish(onRow, 0);
+    // A refused code has its start text back; the edit still ends with its one
+    // notice, and the owner decides from the notice's fields what the cell keeps.
+    const bool passed = mode != TLEND_COMMIT || !m_codeCheck || CheckCode() == 1;
+    return Finish(onRow, 0) && passed;
 }
 
 void CTreeListEdit::keyPressEvent(QKeyEvent* event)

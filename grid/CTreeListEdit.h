@@ -6,8 +6,6 @@
 
 #include <QLineEdit>
 
-#include <functional>
-
 class CTreeListEdit : public QLineEdit, public CTreeListEditorBase
 {
     Q_OBJECT
@@ -26,14 +24,10 @@ public:
     // letter or digit (the empty text passes). A passing text becomes the start text
     // and the result is 1; otherwise the start text is put back and the result is 0.
     int CheckCode();
-    // A check the dialog installs (the name check): run on every commit after the
-    // code check; when it answers false the editor stays open with the typed text.
-    void SetValidator(std::function<bool(const QString&)> validator) { m_validator = std::move(validator); }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     bool m_codeCheck = false;
-    std::function<bool(const QString&)> m_validator;
 };

@@ -23,7 +23,7 @@ public:
     // Ends the open edit. `onRow` false reports the row as -1 (the dialog's reject).
     // `mode`: 1 commit (runs the editor's own check), -1 cancel (puts the start text
     // back), 0 neither. Sends the end-of-edit notification once and hides the editor.
-    // Returns false when no edit is open or the editor refuses to end (it stays open).
+    // Returns false when no edit is open or the editor's commit check failed.
     virtual bool EndEdit(bool onRow, int mode) = 0;
 
     int GetDlgCtrlID();

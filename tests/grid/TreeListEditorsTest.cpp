@@ -198,37 +198,43 @@ TEST_F(EditorsTest, CancelPutsTheStartTextBack)
     EXPECT_EQ(grid.GetItemText(rows[0]), "生活给水");
 }
 
-TEST_F(EditorsTest, RefusedCodeKeepsTheEditorOpenWithoutNotification)
+TEST_F(EditorsTest, RefusedCodeEndsTheEditOnceWithTheStartTextBack)
 {
     grid.EditSubItem(rows[0], 2);
     CTreeListEdit* edit = grid.GetCodeEditCtrl();
     edit->SetWindowText("A-1");
     EXPECT_FALSE(edit->EndEdit(true, TLEND_COMMIT));
-    EXPECT_TRUE(ends.empty());
-    EXPECT_TRUE(edit->isVisible());
-    EXPECT_EQ(edit->GetWindowText(), "AB");
-    edit->SetWindowText("C3");
-    EXPECT_TRUE(edit->EndEdit(true, TLEND_COMMIT));
     ASSERT_EQ(ends.size(), 1u);
+    EXPECT_EQ(ends[0].pszText, "AB");
+    EXPECT_EQ(ends[0].hdr.idFrom, edit->GetDlgCtrlID());
+    EXPECT_FALSE(edit->isVisible());
+    EXPECT_FALSE(edit->EndEdit(true, TLEND_COMMIT)) << "one notice per edit";
+    EXPECT_EQ(ends.size(), 1u);
+    EXPECT_EQ(grid.GetItemText(rows[0], 2), "AB");
+
+    grid.EditSubItem(rows[0], 2);
+    edit->SetWindowText(" C3 ");
+    EXPECT_TRUE(edit->EndEdit(true, TLEND_COMMIT));
+    ASSERT_EQ(ends.size(), 2u);
     EXPECT_EQ(grid.GetItemText(rows[0], 2), "C3");
 }
 
-TEST_F(EditorsTest, InstalledNameCheckCanKeepTheEditorOpen)
+TEST_F(EditorsTest, OwnerRefusesAnEndedTextThroughTheNotice)
 {
-    QStringList asked;
-    grid.GetEditCtrl()->SetValidator([&](const QString& text) {
-        asked << text;
-        return text != "热水";
-    });
+    QObject::connect(&grid, &CTreeListCtrl::endLabelEdit, &grid,
+        [](NMLVDISPINFO* info) { info->result = info->result && info->pszText != "热水"; });
+    const QString before = grid.GetItemText(rows[0], 0);
     grid.EditSubItem(rows[0], 0);
     grid.GetEditCtrl()->SetWindowText("热水");
     QTest::keyClick(grid.GetEditCtrl(), Qt::Key_Return);
-    EXPECT_TRUE(ends.empty());
-    EXPECT_EQ(grid.GetEditCtrl()->GetWindowText(), "热水") << "the typed text stays";
+    ASSERT_EQ(ends.size(), 1u);
+    EXPECT_EQ(ends[0].pszText, "热水");
+    EXPECT_EQ(grid.GetItemText(rows[0], 0), before);
+    grid.EditSubItem(rows[0], 0);
     grid.GetEditCtrl()->SetWindowText("冷水");
     QTest::keyClick(grid.GetEditCtrl(), Qt::Key_Return);
-    EXPECT_EQ(asked, QStringList({ "热水", "冷水" }));
-    ASSERT_EQ(ends.size(), 1u);
+    ASSERT_EQ(ends.size(), 2u);
+    EXPECT_EQ(grid.GetItemText(rows[0], 0), "冷水");
 }
 
 TEST_F(EditorsTest, ComboReportsChangedStateAndLineTypeChange)
