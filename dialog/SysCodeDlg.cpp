@@ -114,6 +114,7 @@ void SysCodeDlg::BuildMessageMap()
         { IDC_BTN_EXPAND_LEVEL, &SysCodeDlg::OnExpandLevel },
         { IDC_BTN_COLLAPSE_LEVEL, &SysCodeDlg::OnCollapseLevel },
         { IDC_BTN_BATCH_MODIFY, &SysCodeDlg::OnBatchModify },
+        { IDC_BTN_DELETE_PIPEINFO, &SysCodeDlg::OnClearPipeInfo },
     };
     for (const ButtonEntry& entry : buttons) {
         auto* button = qobject_cast<QAbstractButton*>(GetDlgItem(this, entry.id));
@@ -126,6 +127,7 @@ void SysCodeDlg::BuildMessageMap()
     });
     connect(&m_tree, &CTreeListCtrl::itemDeleted, this, &SysCodeDlg::OnGridDeleteItem);
     ConnectPipeInfoCell();
+    connect(&m_tree, &CTreeListCtrl::rightClick, this, &SysCodeDlg::OnGridRightClick);
 }
 
 void SysCodeDlg::UpdateData(bool bSaveAndValidate)

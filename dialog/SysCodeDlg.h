@@ -26,6 +26,7 @@
 
 class QAbstractButton;
 class QCheckBox;
+class QMenu;
 class ZcDbDatabase;
 struct BatchModifyValues;
 
@@ -128,6 +129,11 @@ protected:
     void CopyRow(HTREEITEM row);
     void PasteRow(const CSysCodeData& clipboard, HTREEITEM row, bool bNewColors);
     void ClearClipboard();
+    // Right-click menus (NM_RCLICK of the grid) and button 203.
+    void OnGridRightClick(const NMITEMACTIVATE& info);
+    void ShowNodeMenu(const QPoint& cursor);
+    void RunMenu(QMenu& menu, const QPoint& cursor);
+    void OnClearPipeInfo();
     // The pipeline-information cell's button (10009) of `row`: the picker, and the
     // chosen path into m_mapRowInfo with its last part in the cell.
     void OnPipeInfoCellButton(HTREEITEM row);
