@@ -54,6 +54,13 @@ void WidgetInput::Drag(
 
 void WidgetInput::Key(QWidget* widget, QKeyCombination key)
 {
+    // A window's shortcuts answer only while it is the active window, and a dialog
+    // just opened on a busy machine may not be yet: a hand would click it first.
+    QWidget* window = widget->window();
+    if (!(window->windowType() == Qt::Popup) && QApplication::activeWindow() != window) {
+        window->activateWindow();
+        QTest::qWaitForWindowActive(window, 1000);
+    }
     QTest::keyClick(widget, key.key(), key.keyboardModifiers());
 }
 
