@@ -1,6 +1,9 @@
 // "批量修改" of the module worked by a linear script on the demo project: three
-// codes get one colour and one remark, the fourth keeps its own.
+// codes get one colour and one remark, the fourth keeps its own, and OK stores them.
 #include "HostFixture.h"
+
+#include "CISysCode.h"
+#include "CSysCodeData.h"
 
 namespace {
 class BatchScript : public HostFixture
@@ -36,9 +39,22 @@ TEST_F(BatchScript, ThreeCodesGetTheColourAndRemark)
                                  "expect-cell 区域照明 2 ZR-BV-3×2.5\n"
                                  "expect-color 机房动力 1 255,0,0\n"
                                  "expect-cell 机房动力 9\n"
-                                 "cancel\n"
+                                 "ok\n"
                                  "expect-title ")),
         "");
+    // OK stored the batch's values, and only on the three codes.
+    CSysCodeData root;
+    ASSERT_TRUE(CISysCode::GetSpecCodeInfos(root, QStringLiteral("电气")));
+    for (const char* name : { "公共照明", "公共插座", "区域照明" }) {
+        const CSysCodeData* code = root.FindByFullName(QString::fromUtf8(name));
+        ASSERT_NE(code, nullptr) << name;
+        EXPECT_EQ(code->GetMfcColor(), 0xFF8000u) << name; // 0,128,255 as 0x00BBGGRR
+        EXPECT_EQ(code->GetDescribe(), QStringLiteral("统一备注")) << name;
+    }
+    const CSysCodeData* untouched = root.FindByFullName(QStringLiteral("机房动力"));
+    ASSERT_NE(untouched, nullptr);
+    EXPECT_EQ(untouched->GetMfcColor(), 0x0000FFu);
+    EXPECT_TRUE(untouched->GetDescribe().isEmpty());
 }
 
 TEST_F(BatchScript, NothingSelectedIsRefused)
