@@ -128,6 +128,9 @@ void SysCodeDlg::BuildMessageMap()
     connect(&m_tree, &CTreeListCtrl::itemDeleted, this, &SysCodeDlg::OnGridDeleteItem);
     ConnectPipeInfoCell();
     connect(&m_tree, &CTreeListCtrl::rightClick, this, &SysCodeDlg::OnGridRightClick);
+    connect(&m_tree, &CTreeListCtrl::beginDrag, this, &SysCodeDlg::OnGridBeginDrag);
+    connect(&m_tree, &CTreeListCtrl::dragMove, this, &SysCodeDlg::OnDragMove);
+    connect(&m_tree, &CTreeListCtrl::dragDrop, this, &SysCodeDlg::OnDrop);
 }
 
 void SysCodeDlg::UpdateData(bool bSaveAndValidate)
@@ -169,19 +172,19 @@ bool SysCodeDlg::OnCommand(int commandId)
     }
     switch (commandId) {
     case ID_MENU_ADD_SIBLING:
-        if (OnAddSiblingRow())
+        if (AddSiblingRow())
             m_bModified = true;
         break;
     case ID_MENU_ADD_CHILD:
-        if (OnAddChildRow())
+        if (AddChildRow())
             m_bModified = true;
         break;
     case ID_MENU_DELETE:
-        if (OnDeleteRows())
+        if (DeleteSelectedRows())
             m_bModified = true;
         break;
     case ID_MENU_INSERT:
-        if (OnInsertRow())
+        if (m_tree.GetChildItem(m_tree.GetRootItem()) ? AppendTopLevelRow() : CreateFirstRow())
             m_bModified = true;
         break;
     case ID_MENU_COPY:

@@ -26,6 +26,7 @@
 
 class QAbstractButton;
 class QCheckBox;
+class QLabel;
 class QMenu;
 class ZcDbDatabase;
 struct BatchModifyValues;
@@ -120,20 +121,35 @@ protected:
     void OnExpandLevel();
     void OnCollapseLevel();
     void OnGridDeleteItem(const NMLISTVIEW& info);
-    // The row commands report whether they changed the grid; only a change marks the
-    // dialog modified.
-    bool OnAddSiblingRow();
-    bool OnAddChildRow();
-    bool OnDeleteRows();
-    bool OnInsertRow();
+    // Node operations of the menus. The adds give the new row (null when nothing was
+    // added) and delete whether a row went; only a change marks the dialog modified.
+    HTREEITEM AddSiblingRow();
+    HTREEITEM AddChildRow();
+    HTREEITEM AppendTopLevelRow();
+    HTREEITEM CreateFirstRow();
+    bool DeleteSelectedRows();
+    bool IsRowInUse(HTREEITEM row);
+    bool IsSubtreeInUse(HTREEITEM row);
     void CopyRow(HTREEITEM row);
+    // Pastes the clipboard's code with its subtree after `row`; marks the dialog
+    // modified itself. The clipboard stays for further pastes.
     void PasteRow(const CSysCodeData& clipboard, HTREEITEM row, bool bNewColors);
     void ClearClipboard();
+    // `name`, numbered on past the names of `parent`'s children when one has it.
+    QString MakeUniqueChildName(const QString& name, HTREEITEM parent) const;
     // Right-click menus (NM_RCLICK of the grid) and button 203.
     void OnGridRightClick(const NMITEMACTIVATE& info);
     void ShowNodeMenu(const QPoint& cursor);
     void RunMenu(QMenu& menu, const QPoint& cursor);
     void OnClearPipeInfo();
+    // Moving a row by dragging it onto another (Ctrl at the drop copies).
+    void OnGridBeginDrag(const NMITEMACTIVATE& info);
+    void OnDragMove(const QPoint& screenPos);
+    void OnDrop(const QPoint& screenPos, Qt::KeyboardModifiers modifiers);
+    void DropRow(HTREEITEM source, HTREEITEM target, bool bCopy);
+    HTREEITEM CopySubtreeAfter(HTREEITEM source, HTREEITEM target);
+    bool IsOverGrid(const QPoint& screenPos) const;
+    void EndDrag();
     // The pipeline-information cell's button (10009) of `row`: the picker, and the
     // chosen path into m_mapRowInfo with its last part in the cell.
     void OnPipeInfoCellButton(HTREEITEM row);
@@ -180,7 +196,8 @@ private:
     void FillSpecList();
     void InsertColumns(bool withPipeColumns);
     void SetGridStyles();
-    HTREEITEM InsertNodeRow(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns);
+    HTREEITEM InsertNodeRow(
+        const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns, HTREEITEM insertAfter = TVI_LAST);
     void InsertNodeRows(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns);
     void SelectInitialCode();
     void LoadPipelineInfo();
@@ -190,7 +207,18 @@ private:
     void SetTreeLevel(HTREEITEM item, int level);
     bool BuildRecordFromRow(CSysCodeData& record, HTREEITEM row) const;
     void BuildChildRecords(CSysCodeData& parent, HTREEITEM row);
+    // Node operations' helpers.
+    HTREEITEM InsertAddedRow(HTREEITEM from, HTREEITEM parent, HTREEITEM after, bool child);
+    HTREEITEM InsertNewRow(
+        const CSysCodeData& node, HTREEITEM parent, HTREEITEM after, const QString& name, COLORREF colour);
+    void InsertPastedChildren(const CSysCodeData& node, HTREEITEM parent, bool bNewColors);
+    void FocusNewRow(HTREEITEM previous, HTREEITEM row);
+    QString GetRowAmpersandName(HTREEITEM row) const;
+    QStringList CollectAmpersandNames() const;
+    int GetSubtreeDepth(HTREEITEM row) const;
 
     QCheckBox* m_checkDispAddedMsg = nullptr;
+    // The dragged row's picture, following the pointer while a drag runs.
+    std::unique_ptr<QLabel> m_dragImage;
     bool m_bInitialised = false;
 };

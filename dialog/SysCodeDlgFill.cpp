@@ -119,10 +119,11 @@ void SysCodeDlg::FillSysCodeTree(const QString& spec)
     m_tree.SetRedraw(true);
 }
 
-HTREEITEM SysCodeDlg::InsertNodeRow(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns)
+HTREEITEM SysCodeDlg::InsertNodeRow(
+    const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns, HTREEITEM insertAfter)
 {
     const QStringList texts = SysCodeCellTexts(node, withPipeColumns);
-    HTREEITEM row = m_tree.InsertItem(texts.at(kColName), parent, TVI_LAST);
+    HTREEITEM row = m_tree.InsertItem(texts.at(kColName), parent, insertAfter);
     if (!row)
         return nullptr;
     for (int logical = 0; logical < kSysCodeColumnCount; ++logical) {

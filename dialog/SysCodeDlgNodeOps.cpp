@@ -1,35 +1,230 @@
-// The grid's context-menu commands. Copying is here; adding, inserting, deleting
-// and pasting rows are the node operations that fill the remaining handlers.
+// The grid's context-menu commands: adding rows beside, below and after the last
+// top-level row, deleting the selected rows unless a drawing uses their codes, and
+// copying and pasting a row with its subtree. Everything stays in the grid until
+// the dialog saves.
 #include "SysCodeDlg.h"
 
+#include "CISysCode.h"
+#include "CQVCheckSysNameLegal.h"
+#include "CQVSpecTypeInfoGet.h"
+#include "ModuleStrings.h"
+#include "QvKsColorTool.h"
 #include "SysCodeColumns.h"
+#include "UniqueSysName.h"
+#include "WinMessageBox.h"
 
 #include <algorithm>
 
-// Adding and inserting rows are not built yet: nothing changes, so nothing is marked
-// modified.
-bool SysCodeDlg::OnAddSiblingRow()
+namespace {
+// Each new row takes the next colour of one sequence that runs for the module's
+// life, so rows added one after another are told apart at a glance.
+COLORREF NextNewRowColor()
 {
+    static COLORREF colour = 0xCCFFCC;
+    colour = QvKsColorTool::RandomColor(colour, 0x555555);
+    return colour;
+}
+
+constexpr COLORREF kFirstRowColor = 0xFFFF00;
+} // namespace
+
+HTREEITEM SysCodeDlg::AddSiblingRow()
+{
+    if (!m_pCurRow)
+        return nullptr;
+    return InsertAddedRow(m_pCurRow, m_tree.GetParentItem(m_pCurRow), m_pCurRow, false);
+}
+
+HTREEITEM SysCodeDlg::AddChildRow()
+{
+    if (!m_pCurRow || !CQVCheckSysNameLegal::CheckSysCodeLevel(m_tree.GetItemLevel(m_pCurRow) + 1))
+        return nullptr;
+    return InsertAddedRow(m_pCurRow, m_pCurRow, TVI_LAST, true);
+}
+
+HTREEITEM SysCodeDlg::AppendTopLevelRow()
+{
+    HTREEITEM last = m_tree.GetChildItem(m_tree.GetRootItem());
+    if (!last)
+        return nullptr;
+    while (HTREEITEM next = m_tree.GetNextSiblingItem(last))
+        last = next;
+    return InsertAddedRow(last, m_tree.GetRootItem(), last, false);
+}
+
+// The row "A" of an empty specialty, with the cells a blank row starts with.
+HTREEITEM SysCodeDlg::CreateFirstRow()
+{
+    CSysCodeData blank;
+    blank.SetLineStyle(QStringLiteral("按字符"));
+    blank.SetLineWidth(IsElectrical() ? 30.0 : 1.0);
+    blank.SetAlpha(0);
+    HTREEITEM row = InsertNewRow(blank, m_tree.GetRootItem(), TVI_FIRST, QStringLiteral("A"), kFirstRowColor);
+    UpdateData(false);
+    return row;
+}
+
+// A row made from `from`'s cells, named after it by the new-name rules so that it
+// clashes with no code of the specialty, in the next new-row colour.
+HTREEITEM SysCodeDlg::InsertAddedRow(HTREEITEM from, HTREEITEM parent, HTREEITEM after, bool child)
+{
+    CSysCodeData snapshot;
+    BuildRecordFromRow(snapshot, from);
+    const QString fullName = MakeNewRowName(GetRowAmpersandName(from), child, CollectAmpersandNames());
+    const QString name = fullName.mid(fullName.lastIndexOf(QLatin1Char('&')) + 1);
+    m_tree.SetItemState(from, 0, LVIS_SELECTED);
+    HTREEITEM row = InsertNewRow(snapshot, parent, after, name, NextNewRowColor());
+    FocusNewRow(nullptr, row);
+    UpdateData(false);
+    if (row)
+        m_tree.EnsureVisible(row);
+    return row;
+}
+
+// A row made in the dialog: it carries no stored index until the dialog saves.
+HTREEITEM SysCodeDlg::InsertNewRow(
+    const CSysCodeData& node, HTREEITEM parent, HTREEITEM after, const QString& name, COLORREF colour)
+{
+    const bool pipe = IsElectrical();
+    HTREEITEM row = InsertNodeRow(node, parent, pipe, after);
+    if (!row)
+        return nullptr;
+    const int colourColumn = SysCodeVisibleColumn(kColColor, pipe);
+    m_tree.SetItemText(row, name, 0);
+    m_tree.SetItemColor(row, colour, colourColumn);
+    m_tree.SetItemBackColor(row, colour, colourColumn);
+    m_tree.SetItemData(row, 0);
+    return row;
+}
+
+void SysCodeDlg::FocusNewRow(HTREEITEM previous, HTREEITEM row)
+{
+    if (previous)
+        m_tree.SetItemState(previous, 0, LVIS_SELECTED);
+    if (!row)
+        return;
+    m_tree.SetItemState(row, 0, LVIS_SELECTED);
+    m_tree.SetItemState(row, LVIS_FOCUSED | LVIS_SELECTED, LVIS_FOCUSED | LVIS_SELECTED);
+}
+
+QString SysCodeDlg::GetRowAmpersandName(HTREEITEM row) const
+{
+    QStringList names;
+    for (HTREEITEM p = row; p && p != m_tree.GetRootItem(); p = m_tree.GetParentItem(p))
+        names.prepend(m_tree.GetItemText(p, 0));
+    return names.join(QLatin1Char('&'));
+}
+
+QStringList SysCodeDlg::CollectAmpersandNames() const
+{
+    QStringList names;
+    const auto collect = [&](auto&& self, HTREEITEM parent, const QString& prefix) -> void {
+        for (HTREEITEM c = m_tree.GetChildItem(parent); c; c = m_tree.GetNextSiblingItem(c)) {
+            const QString name = prefix + m_tree.GetItemText(c, 0);
+            names.append(name);
+            self(self, c, name + QLatin1Char('&'));
+        }
+    };
+    collect(collect, m_tree.GetRootItem(), QString());
+    return names;
+}
+
+QString SysCodeDlg::MakeUniqueChildName(const QString& name, HTREEITEM parent) const
+{
+    QStringList siblings;
+    for (HTREEITEM c = m_tree.GetChildItem(parent); c; c = m_tree.GetNextSiblingItem(c))
+        siblings.append(m_tree.GetItemText(c, 0));
+    return ::MakeUniqueChildName(name, siblings);
+}
+
+// Bottom to top, so a deletion never shifts a row still to be visited. A code that a
+// drawing uses stays; the user hears of all such rows once.
+bool SysCodeDlg::DeleteSelectedRows()
+{
+    const int count = m_tree.GetItemCount();
+    if (count == 0) {
+        UpdateData(false);
+        return false;
+    }
+    bool result = false;
+    bool refused = false;
+    for (int r = count - 1; r >= 0; --r) {
+        HTREEITEM row = m_tree.GetItemFromRow(r);
+        if (!row || !(m_tree.GetItemState(row, LVIS_SELECTED) & LVIS_SELECTED))
+            continue;
+        if (m_tree.ItemHasChildren(row)
+            && MessageBoxExW(GetActiveWindow(),
+                   QStringLiteral("删除所选行将连同其下级一起被删除，是否确定删除") + g_strQuestion,
+                   g_strCaption, kMbQuestion)
+                == IDNO)
+            continue;
+        if (IsSubtreeInUse(row)) {
+            refused = true;
+            continue;
+        }
+        result = m_tree.DeleteItem(row);
+    }
+    if (refused)
+        MessageBoxExW(GetActiveWindow(),
+            QStringLiteral("该节点或者该节点的子级系统编号已被使用,不能删除") + g_strExclaim, g_strCaption,
+            kMbWarning);
+    UpdateData(false);
+    return result;
+}
+
+// Only a saved code can be used by a drawing: rows made in the dialog never are.
+bool SysCodeDlg::IsRowInUse(HTREEITEM row)
+{
+    const int index = row ? GetRowNodeIndex(row) : 0;
+    if (index <= 0)
+        return false;
+    const int spec = int(CQVSpecTypeInfoGet::GetSpecTypeByName(m_strSpec));
+    return IsCodeIndexUsed(QString::asprintf("%d\\%d", spec, index));
+}
+
+bool SysCodeDlg::IsSubtreeInUse(HTREEITEM row)
+{
+    UpdateData(true);
+    if (!row)
+        return false;
+    if (IsRowInUse(row))
+        return true;
+    for (HTREEITEM c = m_tree.GetChildItem(row); c; c = m_tree.GetNextSiblingItem(c)) {
+        if (IsSubtreeInUse(c))
+            return true;
+    }
     return false;
 }
 
-bool SysCodeDlg::OnAddChildRow()
+void SysCodeDlg::PasteRow(const CSysCodeData& clipboard, HTREEITEM row, bool bNewColors)
 {
-    return false;
+    if (clipboard.GetChildCount() == 0 || !row)
+        return;
+    const CSysCodeData& source = *clipboard.GetChild(0);
+    if (!CQVCheckSysNameLegal::CheckSysCodeLevel(m_tree.GetItemLevel(row) + m_nLevelBase - 1))
+        return;
+    m_bModified = true;
+    HTREEITEM parent = m_tree.GetParentItem(row);
+    HTREEITEM pasted = InsertNewRow(
+        source, parent, row, MakeUniqueChildName(source.GetNodeName(), parent), NextNewRowColor());
+    if (!pasted)
+        return;
+    InsertPastedChildren(source, pasted, bNewColors);
+    FocusNewRow(row, pasted);
+    UpdateData(false);
+    m_tree.EnsureVisible(pasted);
 }
 
-bool SysCodeDlg::OnDeleteRows()
+// Below a pasted row its codes keep their names: under a new parent they cannot clash.
+void SysCodeDlg::InsertPastedChildren(const CSysCodeData& node, HTREEITEM parent, bool bNewColors)
 {
-    return false;
+    for (const CSysCodeData* child : node.GetChildren()) {
+        HTREEITEM row = InsertNewRow(*child, parent, TVI_LAST, child->GetNodeName(),
+            bNewColors ? NextNewRowColor() : child->GetMfcColor());
+        if (row)
+            InsertPastedChildren(*child, row, bNewColors);
+    }
 }
-
-bool SysCodeDlg::OnInsertRow()
-{
-    return false;
-}
-
-void SysCodeDlg::PasteRow(const CSysCodeData& /*clipboard*/, HTREEITEM /*row*/, bool /*bNewColors*/)
-{ }
 
 // Forgets the copied rows: an empty, nameless root again.
 void SysCodeDlg::ClearClipboard()
@@ -48,15 +243,14 @@ void SysCodeDlg::ClearClipboard()
     m_clipboard.SetParent(nullptr);
 }
 
-namespace {
-int subtreeDepth(const CTreeListCtrl& tree, HTREEITEM row)
+// Levels of a row's subtree: 1 for a row without children.
+int SysCodeDlg::GetSubtreeDepth(HTREEITEM row) const
 {
     int deepest = 0;
-    for (HTREEITEM c = tree.GetChildItem(row); c; c = tree.GetNextSiblingItem(c))
-        deepest = std::max(deepest, subtreeDepth(tree, c));
+    for (HTREEITEM c = m_tree.GetChildItem(row); c; c = m_tree.GetNextSiblingItem(c))
+        deepest = std::max(deepest, GetSubtreeDepth(c));
     return deepest + 1;
 }
-} // namespace
 
 // Fills `record` from a row's cells; true when the row has no saved index yet.
 bool SysCodeDlg::BuildRecordFromRow(CSysCodeData& record, HTREEITEM row) const
@@ -101,7 +295,7 @@ void SysCodeDlg::CopyRow(HTREEITEM row)
     if (!row)
         return;
     ClearClipboard();
-    m_nLevelBase = subtreeDepth(m_tree, row);
+    m_nLevelBase = GetSubtreeDepth(row);
     auto* record = new CSysCodeData;
     BuildChildRecords(*record, row);
     BuildRecordFromRow(*record, row);
