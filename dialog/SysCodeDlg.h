@@ -13,6 +13,7 @@
 
 #include <QDialog>
 #include <QListWidget>
+#include <QSet>
 #include <QString>
 #include <QVector>
 
@@ -214,7 +215,7 @@ private:
     void InsertPastedChildren(const CSysCodeData& node, HTREEITEM parent, bool bNewColors);
     void FocusNewRow(HTREEITEM previous, HTREEITEM row);
     QString GetRowAmpersandName(HTREEITEM row) const;
-    QStringList CollectAmpersandNames() const;
+    QSet<QString> CollectFoldedNamesBelow(HTREEITEM parent) const;
     int GetSubtreeDepth(HTREEITEM row) const;
 
     QCheckBox* m_checkDispAddedMsg = nullptr;

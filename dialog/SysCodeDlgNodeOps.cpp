@@ -7,6 +7,7 @@
 #include "CISysCode.h"
 #include "CQVCheckSysNameLegal.h"
 #include "CQVSpecTypeInfoGet.h"
+#include "CTreeListItem.h"
 #include "ModuleStrings.h"
 #include "QvKsColorTool.h"
 #include "SysCodeColumns.h"
@@ -14,6 +15,7 @@
 #include "WinMessageBox.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 // Each new row takes the next colour of one sequence that runs for the module's
@@ -70,7 +72,8 @@ HTREEITEM SysCodeDlg::InsertAddedRow(HTREEITEM from, HTREEITEM parent, HTREEITEM
 {
     CSysCodeData snapshot;
     BuildRecordFromRow(snapshot, from);
-    const QString fullName = MakeNewRowName(GetRowAmpersandName(from), child, CollectAmpersandNames());
+    const QString fullName
+        = MakeNewRowName(GetRowAmpersandName(from), child, CollectFoldedNamesBelow(parent));
     const QString name = fullName.mid(fullName.lastIndexOf(QLatin1Char('&')) + 1);
     m_tree.SetItemState(from, 0, LVIS_SELECTED);
     HTREEITEM row = InsertNewRow(snapshot, parent, after, name, NextNewRowColor());
@@ -115,17 +118,32 @@ QString SysCodeDlg::GetRowAmpersandName(HTREEITEM row) const
     return names.join(QLatin1Char('&'));
 }
 
-QStringList SysCodeDlg::CollectAmpersandNames() const
+// A new row's full name can only meet the full names of the rows beside it, so
+// only those are collected: the children of every row whose full name is
+// `parent`'s, ignoring case. Read straight from the grid's items, which is cheaper
+// than its checked accessors on a large specialty.
+QSet<QString> SysCodeDlg::CollectFoldedNamesBelow(HTREEITEM parent) const
 {
-    QStringList names;
-    const auto collect = [&](auto&& self, HTREEITEM parent, const QString& prefix) -> void {
-        for (HTREEITEM c = m_tree.GetChildItem(parent); c; c = m_tree.GetNextSiblingItem(c)) {
-            const QString name = prefix + m_tree.GetItemText(c, 0);
-            names.append(name);
-            self(self, c, name + QLatin1Char('&'));
+    QStringList path;
+    for (HTREEITEM p = parent; p && p != m_tree.GetRootItem(); p = m_tree.GetParentItem(p))
+        path.prepend(m_tree.GetItemText(p, 0).toCaseFolded());
+    std::vector<const CTreeListItem*> level { m_tree.GetRootItem() };
+    for (const QString& name : std::as_const(path)) {
+        std::vector<const CTreeListItem*> next;
+        for (const CTreeListItem* row : level) {
+            for (const CTreeListItem* c : row->children()) {
+                if (c->cell(0).text.toCaseFolded() == name)
+                    next.push_back(c);
+            }
         }
-    };
-    collect(collect, m_tree.GetRootItem(), QString());
+        level.swap(next);
+    }
+    const QString prefix = path.isEmpty() ? QString() : path.join(QLatin1Char('&')) + QLatin1Char('&');
+    QSet<QString> names;
+    for (const CTreeListItem* row : level) {
+        for (const CTreeListItem* c : row->children())
+            names.insert(prefix + c->cell(0).text.toCaseFolded());
+    }
     return names;
 }
 

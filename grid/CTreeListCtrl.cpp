@@ -143,6 +143,9 @@ BOOL CTreeListCtrl::MoveItem(HTREEITEM item, HTREEITEM newParent, HTREEITEM inse
     if (!m_model->moveItem(item, newParent, insertAfter))
         return FALSE;
     syncExpanded(item->parent());
+    // The view lays out moved rows only on a later timer: a paint before it would
+    // show the old order and the grid would paint twice. Lay out now.
+    executeDelayedItemsLayout();
     if (newItem)
         *newItem = item;
     return TRUE;

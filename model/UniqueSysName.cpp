@@ -2,8 +2,6 @@
 
 #include "CQVCheckSysNameLegal.h"
 
-#include <QSet>
-
 namespace {
 
 bool IsAsciiLetter(QChar c)
@@ -114,7 +112,11 @@ QString MakeUniqueChildName(const QString& name, const QStringList& siblings)
 
 QString MakeNewRowName(const QString& fullName, bool child, const QStringList& present)
 {
-    const QSet<QString> taken = FoldedSet(present);
+    return MakeNewRowName(fullName, child, FoldedSet(present));
+}
+
+QString MakeNewRowName(const QString& fullName, bool child, const QSet<QString>& taken)
+{
     QString candidate = fullName;
     if (child) {
         QString base = LastLevel(fullName);

@@ -2,6 +2,7 @@
 
 // The names new, pasted and copied codes take so that they never clash with the
 // codes already at their place.
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -27,3 +28,5 @@ QString MakeUniqueChildName(const QString& name, const QStringList& siblings);
 // its letter (A, B, … Z, ZA), any other its number; a level longer than the legal
 // length starts again as N1. The last level is always a legal name.
 QString MakeNewRowName(const QString& fullName, bool child, const QStringList& present);
+// The same with the present names given case-folded (QString::toCaseFolded).
+QString MakeNewRowName(const QString& fullName, bool child, const QSet<QString>& foldedPresent);

@@ -1,6 +1,7 @@
 // OK on a specialty of about 10,000 codes with one colour changed (checks, the
 // save, the refresh of grid, bar and display window) against the store's bare
 // save of the same tree.
+#include "BenchProject.h"
 #include "CISysCode.h"
 #include "CProj.h"
 #include "CSysCodeData.h"
@@ -13,57 +14,21 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
 #include <memory>
 
 namespace {
-constexpr int kTop = 10;
-constexpr int kMiddle = 30; // per top code
-constexpr int kLeaves = 32; // per middle code: 10 + 300 + 9,600 = 9,910 codes
 const QString kSpec = QStringLiteral("电气");
 
-void addCodes(CSysCodeData& parent, const QString& prefix, int count, int& n, int depth)
+void project()
 {
-    for (int i = 0; i < count; ++i) {
-        auto* node = new CSysCodeData;
-        node->SetNodeName(prefix + QString::number(i));
-        node->SetMfcColor(COLORREF(++n * 2654435761u) & 0xFFFFFF);
-        node->SetLineWidth(30);
-        node->SetLineStyle(QStringLiteral("按字符"));
-        node->SetLineString(QStringLiteral("WL"));
-        node->SetDescribe(QStringLiteral("备注%1").arg(n));
-        int counter = 0;
-        parent.AddDataToChild(counter, node, false);
-        if (depth == 0)
-            addCodes(*node, QStringLiteral("WL"), kMiddle, n, 1);
-        else if (depth == 1)
-            addCodes(*node, QStringLiteral("回路"), kLeaves, n, 2);
-    }
-}
-
-struct BenchProject
-{
-    QTemporaryDir dir;
-
-    BenchProject()
-    {
-        QvKsDataMng::CreateProject(dir.path(), QStringLiteral("基准"));
-        QvKsDataMng::RunScript(QStringLiteral("INSERT INTO spec(spec_id, name, ord) VALUES (3, '电气', 1);"
-                                              "UPDATE meta SET value = '电气' WHERE key = 'current_spec';"));
+    static const bool colourByCode = [] {
+        TheBenchProject();
         CProj().SetColorShowType(1);
-        CSysCodeData root;
-        int n = 0;
-        addCodes(root, QStringLiteral("系统"), kTop, n, 0);
-        CISysCode::SetSpecCodeInfos(root, kSpec);
-    }
-};
-
-BenchProject& project()
-{
-    static BenchProject p;
-    return p;
+        return true;
+    }();
+    (void)colourByCode;
 }
 
 void BM_OkWithOneColourChanged(benchmark::State& state)
@@ -86,7 +51,7 @@ void BM_OkWithOneColourChanged(benchmark::State& state)
         dlg.reset();
         state.ResumeTiming();
     }
-    state.counters["codes"] = kTop + kTop * kMiddle + kTop * kMiddle * kLeaves;
+    state.counters["codes"] = kBenchCodes;
 }
 BENCHMARK(BM_OkWithOneColourChanged)->Unit(benchmark::kMillisecond);
 

@@ -1,0 +1,322 @@
+// The grid's node operations on a specialty of 9,910 codes, each with the grid's
+// repaint: add a sibling, add a child, paste a 33-row subtree, delete a 33-row
+// subtree, drop a dragged subtree, Ctrl-drop it, move the pointer while dragging. Each is compared with the
+// bare grid operation on the same rows (insert, copy, delete, move) and the same repaint. Argument 0: only
+// the top codes and the worked-on code's level shown; 1: every row shown.
+#include "BenchProject.h"
+#include "CTreeListCtrl.h"
+#include "QvKsDataMng.h"
+#include "Resource.h"
+#include "SysCodeColumns.h"
+#include "SysCodeDlg.h"
+#include "WinMessageBox.h"
+
+#include <QApplication>
+#include <QTest>
+#include <benchmark/benchmark.h>
+
+#include <memory>
+
+namespace {
+void ExpandAll(CTreeListCtrl& grid, HTREEITEM row)
+{
+    for (HTREEITEM c = grid.GetChildItem(row); c; c = grid.GetNextSiblingItem(c)) {
+        grid.Expand(c, TVE_EXPAND);
+        ExpandAll(grid, c);
+    }
+}
+
+// The dialog open on the benchmark specialty, tall enough that a subtree and the
+// code after it are both on screen.
+struct OpenDialog
+{
+    SysCodeDlg dlg;
+    CTreeListCtrl& grid = dlg.m_tree;
+
+    explicit OpenDialog(bool expandAll)
+    {
+        TheBenchProject();
+        SetMessageBoxHandler([](const MessageBoxRequest&) { return IDYES; });
+        dlg.m_strSpec = TheBenchProject().Spec();
+        dlg.OnInitDialog();
+        dlg.resize(1200, 1600);
+        dlg.show();
+        grid.SetRedraw(false);
+        if (expandAll)
+            ExpandAll(grid, grid.GetRootItem());
+        else
+            grid.Expand(Top(), TVE_EXPAND);
+        grid.SetRedraw(true);
+        QApplication::processEvents();
+        // The first miss of the usage look-up reads the other floors once: not part
+        // of a single delete.
+        dlg.IsCodeIndexUsed(QStringLiteral("0\\0"));
+    }
+    HTREEITEM Top() const { return grid.GetChildItem(grid.GetRootItem()); }
+    HTREEITEM Middle(int i) const
+    {
+        HTREEITEM row = grid.GetChildItem(Top());
+        while (row && i-- > 0)
+            row = grid.GetNextSiblingItem(row);
+        return row;
+    }
+    // What the event loop does next: paints whatever the operation left dirty.
+    static void Repaint() { QApplication::processEvents(); }
+    void Command(HTREEITEM row, int command)
+    {
+        dlg.m_pCurRow = row;
+        dlg.OnCommand(command);
+        Repaint();
+    }
+    QPoint At(HTREEITEM row) const
+    {
+        return grid.viewport()->mapTo(&dlg, grid.GetSubItemRect(row, 0).center());
+    }
+    // Presses on `source` and moves the pointer onto `target`: the drag is running.
+    void DragTo(HTREEITEM source, HTREEITEM target)
+    {
+        QWindow* window = dlg.windowHandle();
+        const QPoint from = At(source);
+        QTest::mousePress(window, Qt::LeftButton, {}, from);
+        QTest::mouseMove(window, from + QPoint(0, QApplication::startDragDistance() + 2));
+        QTest::mouseMove(window, At(target));
+        QApplication::processEvents();
+    }
+    void Drop(HTREEITEM target, Qt::KeyboardModifiers modifiers)
+    {
+        QTest::mouseRelease(dlg.windowHandle(), Qt::LeftButton, modifiers, At(target));
+        Repaint();
+    }
+};
+
+// A grid holding the dialog's rows, shown the same way, for the bare operations.
+struct BareGrid
+{
+    OpenDialog source;
+    CTreeListCtrl grid;
+
+    explicit BareGrid(bool expandAll)
+        : source(expandAll)
+    {
+        for (const SysCodeColumnInfo& c : SysCodeColumnSet(true))
+            grid.InsertColumn(c.logical, c.title, c.format, c.width);
+        grid.setGeometry(source.grid.geometry());
+        grid.SetRedraw(false);
+        for (HTREEITEM r = source.grid.GetChildItem(source.grid.GetRootItem()); r;
+             r = source.grid.GetNextSiblingItem(r))
+            grid.CopyItem(r, TVI_ROOT, TVI_LAST, &source.grid);
+        if (expandAll)
+            ExpandAll(grid, grid.GetRootItem());
+        else
+            grid.Expand(grid.GetChildItem(grid.GetRootItem()), TVE_EXPAND);
+        grid.SetRedraw(true);
+        source.dlg.hide();
+        grid.show();
+        QApplication::processEvents();
+    }
+    HTREEITEM Top() const { return grid.GetChildItem(grid.GetRootItem()); }
+    HTREEITEM Middle(int i) const
+    {
+        HTREEITEM row = grid.GetChildItem(Top());
+        while (row && i-- > 0)
+            row = grid.GetNextSiblingItem(row);
+        return row;
+    }
+    static void Repaint() { QApplication::processEvents(); }
+};
+
+void Shown(benchmark::State& state, const CTreeListCtrl& grid)
+{
+    state.counters["rows_shown"] = grid.GetItemCount();
+    state.counters["codes"] = kBenchCodes;
+}
+
+void BM_AddSibling(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    for (auto _ : state) {
+        open.Command(open.Middle(0), ID_MENU_ADD_SIBLING);
+        state.PauseTiming();
+        open.grid.DeleteItem(open.grid.GetSelectedItem());
+        state.ResumeTiming();
+    }
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_AddSibling)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_AddChild(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    for (auto _ : state) {
+        open.Command(open.Top(), ID_MENU_ADD_CHILD);
+        state.PauseTiming();
+        open.grid.DeleteItem(open.grid.GetSelectedItem());
+        state.ResumeTiming();
+    }
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_AddChild)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_BareInsertRow(benchmark::State& state)
+{
+    BareGrid bare(state.range(0));
+    for (auto _ : state) {
+        HTREEITEM row = bare.grid.InsertItem(QStringLiteral("WL30"), bare.Top(), bare.Middle(0));
+        for (int c = 1; c < kSysCodeColumnCount; ++c)
+            bare.grid.SetItemText(row, bare.grid.GetItemText(bare.Middle(0), c), c);
+        bare.grid.SetItemBackColor(row, 0xCCFFCC, kColColor);
+        bare.Repaint();
+        state.PauseTiming();
+        bare.grid.DeleteItem(row);
+        state.ResumeTiming();
+    }
+    Shown(state, bare.grid);
+}
+BENCHMARK(BM_BareInsertRow)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_PasteSubtree(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    open.Command(open.Middle(0), ID_MENU_COPY);
+    for (auto _ : state) {
+        open.Command(open.Middle(0), ID_MENU_PASTE);
+        state.PauseTiming();
+        open.grid.DeleteItem(open.grid.GetSelectedItem());
+        state.ResumeTiming();
+    }
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_PasteSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_DeleteSubtree(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    for (auto _ : state) {
+        state.PauseTiming();
+        open.grid.SelectItem(open.Middle(0));
+        state.ResumeTiming();
+        open.Command(open.Middle(0), ID_MENU_DELETE);
+    }
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_DeleteSubtree)->Arg(0)->Arg(1)->Iterations(25)->Unit(benchmark::kMillisecond);
+
+// The drop: the release over the target row, the move and the repaint. Pressing and
+// moving there come before and are timed apart (BM_DragOverRows).
+void BM_DropSubtree(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    for (auto _ : state) {
+        state.PauseTiming();
+        HTREEITEM target = open.Middle(1);
+        open.DragTo(open.Middle(0), target);
+        state.ResumeTiming();
+        open.Drop(target, Qt::NoModifier);
+    }
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_DropSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_CtrlDropSubtree(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    for (auto _ : state) {
+        state.PauseTiming();
+        HTREEITEM target = open.Middle(1);
+        open.DragTo(open.Middle(0), target);
+        state.ResumeTiming();
+        open.Drop(target, Qt::ControlModifier);
+        state.PauseTiming();
+        open.grid.DeleteItem(open.Middle(2));
+        state.ResumeTiming();
+    }
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_CtrlDropSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// One pointer move onto another row while dragging: the drop highlight moves, the
+// picture follows, the grid repaints.
+void BM_DragOverRows(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    open.DragTo(open.Middle(0), open.Middle(1));
+    QWindow* window = open.dlg.windowHandle();
+    const QPoint rows[] = { open.At(open.Middle(1)), open.At(open.Middle(2)) };
+    int i = 0;
+    for (auto _ : state) {
+        QTest::mouseMove(window, rows[++i % 2]);
+        open.Repaint();
+    }
+    QTest::mouseRelease(window, Qt::LeftButton, {}, open.At(open.Middle(2)));
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_DragOverRows)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// The bare highlight change and repaint.
+void BM_BareDropHighlight(benchmark::State& state)
+{
+    BareGrid bare(state.range(0));
+    HTREEITEM rows[] = { bare.Middle(1), bare.Middle(2) };
+    int i = 0;
+    for (auto _ : state) {
+        bare.grid.SelectDropTarget(rows[++i % 2]);
+        bare.Repaint();
+    }
+    Shown(state, bare.grid);
+}
+BENCHMARK(BM_BareDropHighlight)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_BareCopySubtree(benchmark::State& state)
+{
+    BareGrid bare(state.range(0));
+    for (auto _ : state) {
+        HTREEITEM copy = bare.grid.CopyItem(bare.Middle(0), bare.Top(), bare.Middle(1));
+        bare.Repaint();
+        state.PauseTiming();
+        bare.grid.DeleteItem(copy);
+        state.ResumeTiming();
+    }
+    Shown(state, bare.grid);
+}
+BENCHMARK(BM_BareCopySubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_BareDeleteSubtree(benchmark::State& state)
+{
+    BareGrid bare(state.range(0));
+    for (auto _ : state) {
+        bare.grid.DeleteItem(bare.Middle(0));
+        bare.Repaint();
+    }
+    Shown(state, bare.grid);
+}
+BENCHMARK(BM_BareDeleteSubtree)->Arg(0)->Arg(1)->Iterations(25)->Unit(benchmark::kMillisecond);
+
+void BM_BareMoveSubtree(benchmark::State& state)
+{
+    BareGrid bare(state.range(0));
+    for (auto _ : state) {
+        // The dragged row is the selected one, as the press on it made it.
+        state.PauseTiming();
+        bare.grid.SelectItem(bare.Middle(0));
+        QApplication::processEvents();
+        state.ResumeTiming();
+        bare.grid.MoveItem(bare.Middle(0), bare.Top(), bare.Middle(1));
+        bare.Repaint();
+    }
+    Shown(state, bare.grid);
+}
+BENCHMARK(BM_BareMoveSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_LOGGING_RULES", "default.warning=false");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    QvKsDataMng::CloseProject();
+    return 0;
+}
