@@ -151,6 +151,10 @@ protected:
     HTREEITEM CopySubtreeAfter(HTREEITEM source, HTREEITEM target);
     bool IsOverGrid(const QPoint& screenPos) const;
     void EndDrag();
+    // The node operations' keys on the grid.
+    void ConnectNodeKeys();
+    void RunKeyCommand(int commandId);
+    bool MoveRowAmongSiblings(bool down);
     // The pipeline-information cell's button (10009) of `row`: the picker, and the
     // chosen path into m_mapRowInfo with its last part in the cell.
     void OnPipeInfoCellButton(HTREEITEM row);
