@@ -192,6 +192,10 @@ protected:
     // the store refused.
     bool PreSaveForExchange(CSysCodeData& root);
     void FillRowsFromRoot(const CSysCodeData& root);
+    bool ReadSysCodeFile(const QString& filePath, CSysCodeData& imported);
+    // The import preview; true when the user goes on with the import.
+    bool ConfirmImport(const CSysCodeData& imported, const QString& filePath);
+    void MergeImported(CSysCodeData& root, const CSysCodeData& imported);
 
 private:
     void CreateControls();
