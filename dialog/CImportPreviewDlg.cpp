@@ -55,10 +55,13 @@ int CImportPreviewDlg::DoModal()
 
 QString CImportPreviewDlg::SummaryText(const SysCodeImportPreview& preview)
 {
-    return QStringLiteral("新增 %1 个，修改 %2 个，不变 %3 个")
-        .arg(preview.added.size())
-        .arg(preview.changed.size())
-        .arg(preview.unchanged.size());
+    QString text = QStringLiteral("新增 %1 个，修改 %2 个，不变 %3 个")
+                       .arg(preview.added.size())
+                       .arg(preview.changed.size())
+                       .arg(preview.unchanged.size());
+    if (!preview.refused.isEmpty())
+        text += QStringLiteral("，未导入 %1 行").arg(preview.refused.size());
+    return text;
 }
 
 // Three groups; the changed codes open to show each attribute's old and new value.
@@ -86,4 +89,9 @@ void CImportPreviewDlg::FillList(const SysCodeImportPreview& preview)
     unchanged->setExpanded(false);
     for (const QString& name : preview.unchanged)
         new QTreeWidgetItem(unchanged, { name });
+    if (!preview.refused.isEmpty()) {
+        QTreeWidgetItem* refused = group(QStringLiteral("未导入"), preview.refused.size());
+        for (const QString& why : preview.refused)
+            new QTreeWidgetItem(refused, { why });
+    }
 }

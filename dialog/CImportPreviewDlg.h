@@ -20,7 +20,7 @@ public:
     // IDOK or IDCANCEL.
     int DoModal();
 
-    // "新增 N 个，修改 N 个，不变 N 个".
+    // "新增 N 个，修改 N 个，不变 N 个", and "，未导入 N 行" when rows were refused.
     static QString SummaryText(const SysCodeImportPreview& preview);
 
 private:

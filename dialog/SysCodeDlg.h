@@ -194,7 +194,12 @@ protected:
     void FillRowsFromRoot(const CSysCodeData& root);
     bool ReadSysCodeFile(const QString& filePath, CSysCodeData& imported);
     // The import preview; true when the user goes on with the import.
-    bool ConfirmImport(const CSysCodeData& imported, const QString& filePath);
+    bool ConfirmImport(const CSysCodeData& imported, const QString& filePath, const QStringList& refused);
+    void BuildGridRecords(CSysCodeData& root);
+    // Spreadsheets (".csv") beside system-code files.
+    static bool IsSpreadsheet(const QString& filePath);
+    bool WriteSpreadsheet(const CSysCodeData& root, const QString& filePath);
+    bool ReadSpreadsheet(const QString& filePath, CSysCodeData& imported, QStringList& refused);
     void MergeImported(CSysCodeData& root, const CSysCodeData& imported);
 
 private:

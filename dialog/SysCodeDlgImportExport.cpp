@@ -8,8 +8,10 @@
 #include "CQvKsVersion.h"
 #include "IQvKsAppProfile.h"
 #include "ModuleStrings.h"
+#include "QvKsAciPalette.h"
 #include "QvKsProfile.h"
 #include "QvKsXmlVertion.h"
+#include "SysCodeCsv.h"
 #include "SysCodeImportPreview.h"
 #include "SysCodeMerge.h"
 #include "WinFileDialog.h"
@@ -17,8 +19,11 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSaveFile>
 
 namespace {
+// The dialogs offer system-code files; a name typed with ".csv" writes or reads a
+// spreadsheet instead.
 const QString kScnFilter = QStringLiteral("*.scn|*.scn|");
 const QString kScnExt = QStringLiteral("scn");
 constexpr DWORD kScnDialogFlags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT;
@@ -66,8 +71,13 @@ void SysCodeDlg::OnExport()
     if (dialog.DoModal() != IDOK)
         return;
     const QString path = dialog.GetPathName();
-    root.ExportData(path, QString());
-    QvKsXmlVertion::SetXmlVersion(CQvKsVersion::Current().ToString(), path);
+    if (IsSpreadsheet(path)) {
+        if (!WriteSpreadsheet(root, path))
+            return;
+    } else {
+        root.ExportData(path, QString());
+        QvKsXmlVertion::SetXmlVersion(CQvKsVersion::Current().ToString(), path);
+    }
     ShowNotice(QStringLiteral("导出完成"));
 }
 
@@ -82,7 +92,10 @@ void SysCodeDlg::OnImport()
         return;
     const QString path = dialog.GetPathName();
     CSysCodeData imported;
-    if (!ReadSysCodeFile(path, imported) || !ConfirmImport(imported, path))
+    QStringList refused;
+    const bool read
+        = IsSpreadsheet(path) ? ReadSpreadsheet(path, imported, refused) : ReadSysCodeFile(path, imported);
+    if (!read || !ConfirmImport(imported, path, refused))
         return;
     CSysCodeData root;
     if (!PreSaveForExchange(root))
@@ -123,15 +136,66 @@ bool SysCodeDlg::ReadSysCodeFile(const QString& filePath, CSysCodeData& imported
     return true;
 }
 
-bool SysCodeDlg::ConfirmImport(const CSysCodeData& imported, const QString& filePath)
+// The grid's codes as records, for comparing with what a file brings.
+void SysCodeDlg::BuildGridRecords(CSysCodeData& root)
 {
-    // Turning rows into records numbers the unsaved ones; the preview must not.
+    // Turning rows into records numbers the unsaved ones; a look must not.
     const int maxIndex = m_nMaxIndex;
-    CSysCodeData current;
-    BuildChildRecords(current, m_tree.GetRootItem());
+    BuildChildRecords(root, m_tree.GetRootItem());
     m_nMaxIndex = maxIndex;
-    CImportPreviewDlg preview(PreviewSysCodeImport(current, imported), QFileInfo(filePath).fileName(), this);
-    return preview.DoModal() == IDOK;
+}
+
+bool SysCodeDlg::ConfirmImport(
+    const CSysCodeData& imported, const QString& filePath, const QStringList& refused)
+{
+    CSysCodeData current;
+    BuildGridRecords(current);
+    SysCodeImportPreview preview = PreviewSysCodeImport(current, imported);
+    preview.refused = refused;
+    CImportPreviewDlg dialog(preview, QFileInfo(filePath).fileName(), this);
+    return dialog.DoModal() == IDOK;
+}
+
+bool SysCodeDlg::IsSpreadsheet(const QString& filePath)
+{
+    return QFileInfo(filePath).suffix().compare(QLatin1String("csv"), Qt::CaseInsensitive) == 0;
+}
+
+bool SysCodeDlg::WriteSpreadsheet(const CSysCodeData& root, const QString& filePath)
+{
+    QSaveFile file(filePath);
+    if (!file.open(QIODevice::WriteOnly) || file.write(WriteSysCodeCsv(root, &QvKsAciPalette::IndexOf)) < 0
+        || !file.commit()) {
+        MessageBoxExW(GetActiveWindow(),
+            QStringLiteral("无法写入文件 %1：%2").arg(QDir::toNativeSeparators(filePath), file.errorString())
+                + g_strExclaim,
+            g_strCaption, kMbWarning);
+        return false;
+    }
+    return true;
+}
+
+// A sheet's rows, compared with the grid's codes so that missing columns keep what
+// the grid has; the rows that cannot be taken come back in `refused`.
+bool SysCodeDlg::ReadSpreadsheet(const QString& filePath, CSysCodeData& imported, QStringList& refused)
+{
+    QFile file(filePath);
+    QString error;
+    if (!file.open(QIODevice::ReadOnly)) {
+        error = QStringLiteral("无法读取文件 %1：%2")
+                    .arg(QDir::toNativeSeparators(filePath), file.errorString());
+    } else {
+        CSysCodeData current;
+        BuildGridRecords(current);
+        QList<SysCodeCsvRefusal> rows;
+        if (ReadSysCodeCsv(file.readAll(), current, &QvKsAciPalette::ColorOf, imported, rows, error)) {
+            for (const SysCodeCsvRefusal& row : rows)
+                refused << QStringLiteral("第 %1 行：%2").arg(row.line).arg(row.reason);
+            return true;
+        }
+    }
+    MessageBoxExW(GetActiveWindow(), error + g_strExclaim, g_strCaption, kMbWarning);
+    return false;
 }
 
 void SysCodeDlg::MergeImported(CSysCodeData& root, const CSysCodeData& imported)

@@ -28,6 +28,8 @@ struct SysCodeImportPreview
     QStringList added;
     QList<SysCodeChangedCode> changed;
     QStringList unchanged;
+    // Rows of a spreadsheet that were not taken, each "第 N 行：why".
+    QStringList refused;
 };
 
 // The merge's outcome for `imported` (a root whose children are the file's top
