@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <csignal>
 #include <cstring>
 
 namespace {
@@ -11,6 +12,7 @@ struct State
     sqlite3_vfs* real = nullptr;
     int points = 0;
     int failAt = 0;
+    int killAt = 0;
     bool fired = false;
 };
 
@@ -25,6 +27,8 @@ bool failHere()
 {
     State& s = state();
     ++s.points;
+    if (s.killAt > 0 && s.points == s.killAt)
+        std::raise(SIGKILL);
     if (s.failAt > 0 && s.points == s.failAt) {
         s.fired = true;
         return true;
@@ -182,7 +186,14 @@ void FailNth(int n)
     State& s = state();
     s.points = 0;
     s.failAt = n > 0 ? n : 0;
+    s.killAt = 0;
     s.fired = false;
+}
+
+void KillAtNth(int n)
+{
+    FailNth(0);
+    state().killAt = n > 0 ? n : 0;
 }
 
 int Points()

@@ -11,7 +11,10 @@ void Install();
 
 // Fails the n-th fault point from now (0: none) and restarts the count.
 void FailNth(int n);
-// Fault points passed since the last FailNth.
+// Kills the process (SIGKILL, as kill -9 would) at the n-th fault point from now,
+// before the call reaches the disk; 0: never.
+void KillAtNth(int n);
+// Fault points passed since the last FailNth or KillAtNth.
 int Points();
 // Whether the chosen point has failed.
 bool Fired();
