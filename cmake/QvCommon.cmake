@@ -43,13 +43,14 @@ function(qv_add_bench name)
   target_link_libraries(${name} PRIVATE ${ARG_LIBS} benchmark::benchmark)
 endfunction()
 
-# qv_add_fuzz(<name> SOURCES ... LIBS ... CORPUS <dir>)
+# qv_add_fuzz(<name> SOURCES ... LIBS ... CORPUS <dir> [DICT <file>])
 # The target defines LLVMFuzzerTestOneInput. With QV_BUILD_FUZZ (clang) it is a
 # libFuzzer binary run for a short while as a test; otherwise a replay program that
 # feeds every file of the seed corpus through the same entry, so plain builds still
-# check that the seeds never crash the reader.
+# check that the seeds never crash the reader. DICT: a dictionary of the format's
+# keywords for libFuzzer's mutations.
 function(qv_add_fuzz name)
-  cmake_parse_arguments(ARG "" "CORPUS" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(ARG "" "CORPUS;DICT" "SOURCES;LIBS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LIBS})
   if(QV_BUILD_FUZZ)
@@ -58,8 +59,12 @@ function(qv_add_fuzz name)
     if(QV_BUILD_TESTS)
       set(work ${CMAKE_BINARY_DIR}/fuzz-corpus/${name})
       file(MAKE_DIRECTORY ${work})
+      set(dict)
+      if(ARG_DICT)
+        set(dict -dict=${ARG_DICT})
+      endif()
       add_test(NAME ${name}.run
-               COMMAND ${name} -max_total_time=20 -rss_limit_mb=2048 -timeout=10 ${work} ${ARG_CORPUS})
+               COMMAND ${name} -max_total_time=20 -rss_limit_mb=2048 -timeout=10 ${dict} ${work} ${ARG_CORPUS})
     endif()
   else()
     target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/fuzz/replay_main.cpp)

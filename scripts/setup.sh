@@ -11,6 +11,7 @@ packages=(
   clang libclang-rt-dev
   clang-format
   fonts-wqy-microhei
+  python3 python3-ezdxf
 )
 
 missing=()

@@ -5,6 +5,7 @@
 #include "CodeTreeStore.h"
 #include "ProjectStore.h"
 #include "SqlStatement.h"
+#include "SysCodeNameRule.h"
 
 #include <QFile>
 #include <QSettings>
@@ -49,6 +50,10 @@ bool CISysCode::SetSpecCodeInfos(CSysCodeData& root, const QString& spec)
     int maxIndex = 0;
     if (!RequireSpec(spec, store, specId, maxIndex))
         return false;
+    if (const QString problem = SysCodeNameRule::TreeProblem(root); !problem.isEmpty()) {
+        ProjectStore::Fail(QStringLiteral("the codes of %1 are not stored: %2").arg(spec, problem));
+        return false;
+    }
     QString error;
     if (!CodeTreeStore::Save(store->Db(), specId, root, &error)) {
         ProjectStore::Fail(error);

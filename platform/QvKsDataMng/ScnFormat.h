@@ -23,8 +23,8 @@
 //
 // Readers refuse DTDs and entity references (no expansion attacks), files over
 // kMaxFileBytes, more than kMaxCodes codes, codes deeper than kMaxDepth levels,
-// texts over kMaxTextLength, names that are empty, contain "\" or exceed
-// kMaxNameLength UTF-16 units, and sibling codes of the same name.
+// texts over kMaxTextLength, names that break the name rule of every code
+// (SysCodeNameRule), and sibling codes of the same name.
 #include <QLatin1StringView>
 
 namespace ScnFormat {

@@ -2,6 +2,7 @@
 
 #include "CSysCodeData.h"
 #include "ScnFormat.h"
+#include "SysCodeNameRule.h"
 
 #include <QIODevice>
 #include <QSet>
@@ -101,10 +102,8 @@ bool Parser::CheckText(const QString& what, const QString& text)
 bool Parser::AddChild(CSysCodeData& parent, std::unique_ptr<CSysCodeData> child, QSet<QString>& siblings)
 {
     const QString name = child->GetNodeName();
-    if (name.trimmed().isEmpty() || name.contains(QLatin1Char('\\'))
-        || name.size() > ScnFormat::kMaxNameLength)
-        return Fail(
-            QStringLiteral("the code name \"%1\" is empty, too long or contains \"\\\"").arg(name.left(60)));
+    if (const QString problem = SysCodeNameRule::NameProblem(name); !problem.isEmpty())
+        return Fail(QStringLiteral("the code name \"%1\" is not legal: %2").arg(name.left(60), problem));
     if (siblings.contains(name))
         return Fail(QStringLiteral("the code \"%1\" appears twice at one level").arg(name));
     if (++m_codes > ScnFormat::kMaxCodes)

@@ -112,6 +112,19 @@ bool DxfWriter::registerApp(const QString& name)
     return true;
 }
 
+// From R2000 on a table head is an object of its own: strict readers refuse a
+// head without its handle and subclass.
+void DxfWriter::beginTable(const char* name, qsizetype entries)
+{
+    group(0, "TABLE");
+    group(2, name);
+    if (modern()) {
+        group(5, QString::number(m_nextHandle++, 16).toUpper());
+        group(100, "AcDbSymbolTable");
+    }
+    groupInt(70, entries);
+}
+
 void DxfWriter::writeHeaderAndTables()
 {
     if (!m_apps.contains(kProductApp, Qt::CaseInsensitive))
@@ -127,9 +140,7 @@ void DxfWriter::writeHeaderAndTables()
     group(0, "ENDSEC");
     group(0, "SECTION");
     group(2, "TABLES");
-    group(0, "TABLE");
-    group(2, "LAYER");
-    groupInt(70, m_layers.size());
+    beginTable("LAYER", m_layers.size());
     for (const Layer& layer : m_layers) {
         group(0, "LAYER");
         if (modern()) {
@@ -143,9 +154,7 @@ void DxfWriter::writeHeaderAndTables()
         group(6, layer.linetype);
     }
     group(0, "ENDTAB");
-    group(0, "TABLE");
-    group(2, "APPID");
-    groupInt(70, m_apps.size());
+    beginTable("APPID", m_apps.size());
     for (const QString& app : m_apps) {
         group(0, "APPID");
         if (modern()) {
@@ -357,6 +366,9 @@ bool DxfWriter::addText(const ZcGePoint3d& position, const QString& text, double
 bool DxfWriter::addMText(
     const ZcGePoint3d& position, const QString& contents, double height, double width, const Style& style)
 {
+    // R12 has no multi-line text; readers of that version refuse the entity.
+    if (!modern())
+        return false;
     QV_DXF_ENTITY_PHASE()
     startEntity("MTEXT", "AcDbMText", style);
     point(10, position);

@@ -75,6 +75,7 @@ public:
         const Style& style = {});
     bool addText(const ZcGePoint3d& position, const QString& text, double height, const Style& style = {},
         double rotationDegrees = 0.0);
+    // Not in R12, which has no multi-line text: false, nothing written.
     bool addMText(const ZcGePoint3d& position, const QString& contents, double height, double width,
         const Style& style = {});
     bool addAttributeDefinition(const AttributeDefinition& definition, const Style& style = {});
@@ -95,6 +96,7 @@ private:
 
     bool enter(Phase phase);
     void writeHeaderAndTables();
+    void beginTable(const char* name, qsizetype entries);
     void startEntity(const char* type, const char* subclass, const Style& style);
     void writeXData(const std::vector<ZcDbXDataApp>& xdata);
     void writeAttribute(const Attribute& attribute, const Style& style);

@@ -108,3 +108,21 @@ TEST_F(QvProjTool, BadInputGivesAMessageAndAFailingExitCode)
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(QvProjTool, ImportOfIllegalNamesFailsNamingTheLineAndChangesNothing)
+{
+    const QString before = qvproj({ QStringLiteral("print"), demo, QStringLiteral("弱电") }).out;
+    const QString file = dir.path() + QStringLiteral("/bad.scn");
+    ASSERT_TRUE(writeBytes(file,
+        "<SysCodeFile Version=\"3.2.0\">\n<Code Name=\"OK\"/>\n<Code Name=\"A/B\"/>\n<Code Name=\"SYS\"/>\n"
+        "<Code Name=\"R&amp;D\"/>\n</SysCodeFile>\n"));
+    const ToolRun run = qvproj({ QStringLiteral("import"), demo, QStringLiteral("弱电"), file });
+    EXPECT_NE(run.code, 0);
+    EXPECT_TRUE(run.err.contains(QStringLiteral("line 3: the code name \"A/B\" is not legal")))
+        << run.err.toStdString();
+    EXPECT_EQ(qvproj({ QStringLiteral("print"), demo, QStringLiteral("弱电") }).out, before);
+}
+
+} // namespace

@@ -17,7 +17,7 @@ void buildTree(CSysCodeData& root)
     for (int i = 0; i < 25; ++i)
         pairs += QString::fromUtf16(u"\U0002070E");
     addCode(*zone, pairs, 3);
-    addCode(root, QStringLiteral("A 'quoted' & <tagged>"), 9);
+    addCode(root, QStringLiteral("A \"quoted\" <tagged>"), 9);
     int seed = 0;
     for (CSysCodeData* top : root.GetChildren()) {
         fillAttributes(*top, ++seed);

@@ -97,7 +97,9 @@ TEST_P(WrittenDrawing, ReadsBackEveryEntityKind)
     ZcDbDatabase db(false, true);
     ASSERT_EQ(readText(db, writeSample(GetParam())), Zcad::eOk) << db.readError().toStdString();
     const auto entities = modelSpaceEntities(db);
-    ASSERT_EQ(entities.size(), 7u);
+    // R12 has no multi-line text: the writer leaves it out.
+    const bool r12 = GetParam() == DxfWriter::Version::R12;
+    ASSERT_EQ(entities.size(), r12 ? 6u : 7u);
 
     const auto products = ofClass<QvKsEntity>(entities);
     ASSERT_EQ(products.size(), 2u);
@@ -112,8 +114,9 @@ TEST_P(WrittenDrawing, ReadsBackEveryEntityKind)
     ASSERT_EQ(texts.size(), 1u);
     EXPECT_EQ(texts[0]->textString(), kWaterSupply);
     const auto mtexts = ofClass<ZcDbMText>(entities);
-    ASSERT_EQ(mtexts.size(), 1u);
-    EXPECT_EQ(mtexts[0]->contents(), QStringLiteral("A\\PB"));
+    ASSERT_EQ(mtexts.size(), r12 ? 0u : 1u);
+    if (!r12)
+        EXPECT_EQ(mtexts[0]->contents(), QStringLiteral("A\\PB"));
     ASSERT_EQ(ofClass<ZcDbArc>(entities).size(), 1u);
     EXPECT_NEAR(ofClass<ZcDbArc>(entities)[0]->endAngle(), std::numbers::pi / 2, 1e-12);
 
