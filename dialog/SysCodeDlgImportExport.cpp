@@ -14,6 +14,7 @@
 #include "SysCodeCsv.h"
 #include "SysCodeImportPreview.h"
 #include "SysCodeMerge.h"
+#include "SysCodeXlsx.h"
 #include "WinFileDialog.h"
 #include "WinMessageBox.h"
 
@@ -23,7 +24,7 @@
 
 namespace {
 // The dialogs offer system-code files; a name typed with ".csv" writes or reads a
-// spreadsheet instead.
+// spreadsheet instead, and ".xlsx" exports a workbook.
 const QString kScnFilter = QStringLiteral("*.scn|*.scn|");
 const QString kScnExt = QStringLiteral("scn");
 constexpr DWORD kScnDialogFlags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT;
@@ -158,21 +159,28 @@ bool SysCodeDlg::ConfirmImport(
 
 bool SysCodeDlg::IsSpreadsheet(const QString& filePath)
 {
-    return QFileInfo(filePath).suffix().compare(QLatin1String("csv"), Qt::CaseInsensitive) == 0;
+    const QString suffix = QFileInfo(filePath).suffix();
+    return suffix.compare(QLatin1String("csv"), Qt::CaseInsensitive) == 0
+        || suffix.compare(QLatin1String("xlsx"), Qt::CaseInsensitive) == 0;
 }
 
+// ".xlsx" writes a workbook, ".csv" a sheet of text.
 bool SysCodeDlg::WriteSpreadsheet(const CSysCodeData& root, const QString& filePath)
 {
-    QSaveFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly) || file.write(WriteSysCodeCsv(root, &QvKsAciPalette::IndexOf)) < 0
-        || !file.commit()) {
-        MessageBoxExW(GetActiveWindow(),
-            QStringLiteral("无法写入文件 %1：%2").arg(QDir::toNativeSeparators(filePath), file.errorString())
-                + g_strExclaim,
-            g_strCaption, kMbWarning);
-        return false;
+    QString error;
+    if (QFileInfo(filePath).suffix().compare(QLatin1String("xlsx"), Qt::CaseInsensitive) == 0) {
+        if (WriteSysCodeXlsx(root, m_strSpec, &QvKsAciPalette::IndexOf, filePath, error))
+            return true;
+    } else {
+        QSaveFile file(filePath);
+        if (file.open(QIODevice::WriteOnly)
+            && file.write(WriteSysCodeCsv(root, &QvKsAciPalette::IndexOf)) >= 0 && file.commit())
+            return true;
+        error = QStringLiteral("无法写入文件 %1：%2")
+                    .arg(QDir::toNativeSeparators(filePath), file.errorString());
     }
-    return true;
+    MessageBoxExW(GetActiveWindow(), error + g_strExclaim, g_strCaption, kMbWarning);
+    return false;
 }
 
 // A sheet's rows, compared with the grid's codes so that missing columns keep what
@@ -181,7 +189,9 @@ bool SysCodeDlg::ReadSpreadsheet(const QString& filePath, CSysCodeData& imported
 {
     QFile file(filePath);
     QString error;
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (QFileInfo(filePath).suffix().compare(QLatin1String("xlsx"), Qt::CaseInsensitive) == 0) {
+        error = QStringLiteral("工作簿（.xlsx）请另存为 CSV（UTF-8）后再导入");
+    } else if (!file.open(QIODevice::ReadOnly)) {
         error = QStringLiteral("无法读取文件 %1：%2")
                     .arg(QDir::toNativeSeparators(filePath), file.errorString());
     } else {

@@ -41,22 +41,17 @@ QString ColourText(COLORREF colour)
     return QStringLiteral("%1,%2,%3").arg(colour & 0xFF).arg((colour >> 8) & 0xFF).arg((colour >> 16) & 0xFF);
 }
 
-void WriteCodes(
-    const CSysCodeData& node, const QString& prefix, const std::function<int(COLORREF)>& aciOf, QString& out)
+void CollectRows(const CSysCodeData& node, const QString& prefix, const std::function<int(COLORREF)>& aciOf,
+    QList<QStringList>& rows)
 {
     for (const CSysCodeData* code : node.GetChildren()) {
         const QString path = prefix + code->GetNodeName();
         const int aci = aciOf ? aciOf(code->GetMfcColor()) : 0;
-        const QStringList fields { path, ColourText(code->GetMfcColor()),
-            aci > 0 ? QString::number(aci) : QString(), code->GetAddedMsg(), code->GetHorLayingMode(),
-            code->GetVerLayingMode(), code->GetLineStyle(), code->GetLineString(),
-            QString::number(code->GetLineWidth(), 'g', 10), QString::number(code->GetAlpha()),
-            code->GetDescribe() };
-        QStringList line;
-        for (const QString& field : fields)
-            line << Quoted(field);
-        out += line.join(QLatin1Char(',')) + QStringLiteral("\r\n");
-        WriteCodes(*code, path + QLatin1Char('\\'), aciOf, out);
+        rows.append({ path, ColourText(code->GetMfcColor()), aci > 0 ? QString::number(aci) : QString(),
+            code->GetAddedMsg(), code->GetHorLayingMode(), code->GetVerLayingMode(), code->GetLineStyle(),
+            code->GetLineString(), QString::number(code->GetLineWidth(), 'g', 10),
+            QString::number(code->GetAlpha()), code->GetDescribe() });
+        CollectRows(*code, path + QLatin1Char('\\'), aciOf, rows);
     }
 }
 
@@ -143,10 +138,22 @@ QStringList SysCodeCsvColumns()
         QStringLiteral("备注") };
 }
 
+QList<QStringList> SysCodeSheetRows(const CSysCodeData& root, const std::function<int(COLORREF)>& aciOf)
+{
+    QList<QStringList> rows;
+    CollectRows(root, QString(), aciOf, rows);
+    return rows;
+}
+
 QByteArray WriteSysCodeCsv(const CSysCodeData& root, const std::function<int(COLORREF)>& aciOf)
 {
     QString out = SysCodeCsvColumns().join(QLatin1Char(',')) + QStringLiteral("\r\n");
-    WriteCodes(root, QString(), aciOf, out);
+    for (const QStringList& row : SysCodeSheetRows(root, aciOf)) {
+        QStringList line;
+        for (const QString& field : row)
+            line << Quoted(field);
+        out += line.join(QLatin1Char(',')) + QStringLiteral("\r\n");
+    }
     return QByteArray("\xEF\xBB\xBF") + out.toUtf8();
 }
 

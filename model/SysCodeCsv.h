@@ -19,8 +19,11 @@ class CSysCodeData;
 // The column titles, in the order the export writes them.
 QStringList SysCodeCsvColumns();
 
-// The codes below `root`, parents before children. `aciOf` gives the indexed CAD
-// colour of a colour, 0 when none is exactly it.
+// The cells of the codes below `root`, one row per code, parents before children,
+// in the columns' order. `aciOf` gives the indexed CAD colour of a colour, 0 when
+// none is exactly it (the cell is then empty).
+QList<QStringList> SysCodeSheetRows(const CSysCodeData& root, const std::function<int(COLORREF)>& aciOf);
+// The titles and those rows as CSV.
 QByteArray WriteSysCodeCsv(const CSysCodeData& root, const std::function<int(COLORREF)>& aciOf);
 
 struct SysCodeCsvRefusal

@@ -12,6 +12,7 @@ packages=(
   clang-format
   fonts-wqy-microhei
   python3 python3-ezdxf
+  libxlsxwriter-dev libreoffice-calc-nogui
 )
 
 missing=()

@@ -72,3 +72,23 @@ TEST_F(SpreadsheetScript, ExportedSheetEditedByHandComesBackThroughThePreview)
     EXPECT_EQ(added->GetLineWidth(), 25.0);
     EXPECT_EQ(root.FindByFullName(QStringLiteral("公共照明\\WL1\\WL1-1\\末端")), nullptr);
 }
+
+TEST_F(SpreadsheetScript, AWorkbookIsExportedAndIsNotImported)
+{
+    const QString book = project.File(QStringLiteral("电气.xlsx"));
+    EXPECT_EQ(Run(QStringLiteral("command bhgl\n"
+                                 "file %1\n"
+                                 "click 205\n"
+                                 "expect-box 导出完成\n"
+                                 "file %1\n"
+                                 "click 204\n"
+                                 "expect-box 工作簿（.xlsx）请另存为 CSV（UTF-8）后再导入!\n"
+                                 "cancel\n"
+                                 "expect-no-box\n"
+                                 "expect-title ")
+                      .arg(book)),
+        "");
+    QFile file(book);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.read(2) == "PK"); // a zip archive, as every workbook is
+}
