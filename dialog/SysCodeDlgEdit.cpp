@@ -85,8 +85,10 @@ bool SysCodeDlg::eventFilter(QObject* watched, QEvent* event)
         return true;
     }
     const bool swallow = PreTranslateMessage(target, event);
-    if (swallow && event->type() != QEvent::KeyPress)
-        m_bSwallowRelease = true;
+    // The release of a swallowed press goes nowhere either; any other press starts
+    // afresh, so a release lost to a message box cannot eat a later click.
+    if (isButtonDown(event))
+        m_bSwallowRelease = swallow;
     return swallow;
 }
 
