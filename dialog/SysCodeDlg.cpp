@@ -134,6 +134,7 @@ void SysCodeDlg::BuildMessageMap()
     connect(&m_tree, &CTreeListCtrl::beginDrag, this, &SysCodeDlg::OnGridBeginDrag);
     connect(&m_tree, &CTreeListCtrl::dragMove, this, &SysCodeDlg::OnDragMove);
     connect(&m_tree, &CTreeListCtrl::dragDrop, this, &SysCodeDlg::OnDrop);
+    ConnectNodeKeys();
 }
 
 void SysCodeDlg::UpdateData(bool bSaveAndValidate)

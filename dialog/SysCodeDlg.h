@@ -159,6 +159,10 @@ protected:
     HTREEITEM CopySubtreeAfter(HTREEITEM source, HTREEITEM target);
     bool IsOverGrid(const QPoint& screenPos) const;
     void EndDrag();
+    // The node operations' keys on the grid.
+    void ConnectNodeKeys();
+    void RunKeyCommand(int commandId);
+    bool MoveRowAmongSiblings(bool down);
     // The pipeline-information cell's button (10009) of `row`: the picker, and the
     // chosen path into m_mapRowInfo with its last part in the cell.
     void OnPipeInfoCellButton(HTREEITEM row);
@@ -196,6 +200,10 @@ protected:
     // the store refused.
     bool PreSaveForExchange(CSysCodeData& root);
     void FillRowsFromRoot(const CSysCodeData& root);
+    bool ReadSysCodeFile(const QString& filePath, CSysCodeData& imported);
+    // The import preview; true when the user goes on with the import.
+    bool ConfirmImport(const CSysCodeData& imported, const QString& filePath);
+    void MergeImported(CSysCodeData& root, const CSysCodeData& imported);
 
     // Cell editing: the application-wide event filter ends or refuses an open edit
     // before the widgets see the press or Enter (PreTranslateMessage).

@@ -3,17 +3,20 @@
 #include "SysCodeDlg.h"
 
 #include "CISysCode.h"
+#include "CImportPreviewDlg.h"
 #include "CProj.h"
 #include "CQvKsVersion.h"
 #include "IQvKsAppProfile.h"
 #include "ModuleStrings.h"
 #include "QvKsProfile.h"
 #include "QvKsXmlVertion.h"
+#include "SysCodeImportPreview.h"
 #include "SysCodeMerge.h"
 #include "WinFileDialog.h"
 #include "WinMessageBox.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace {
 const QString kScnFilter = QStringLiteral("*.scn|*.scn|");
@@ -68,6 +71,8 @@ void SysCodeDlg::OnExport()
     ShowNotice(QStringLiteral("导出完成"));
 }
 
+// The file is read and shown as a preview before anything changes: cancelling it
+// leaves the grid and the store as they were.
 void SysCodeDlg::OnImport()
 {
     CFileDialog dialog(TRUE, kScnExt, QString(), kScnDialogFlags, kScnFilter, this);
@@ -75,8 +80,14 @@ void SysCodeDlg::OnImport()
     dialog.m_strInitialDir = ExchangeFolder();
     if (dialog.DoModal() != IDOK)
         return;
-    if (!ReloadFromSysCodeFile(dialog.GetPathName()))
+    const QString path = dialog.GetPathName();
+    CSysCodeData imported;
+    if (!ReadSysCodeFile(path, imported) || !ConfirmImport(imported, path))
         return;
+    CSysCodeData root;
+    if (!PreSaveForExchange(root))
+        return;
+    MergeImported(root, imported);
     ShowNotice(QStringLiteral("导入完成"));
     m_bLineTypesChanged = true;
 }
@@ -86,6 +97,16 @@ bool SysCodeDlg::ReloadFromSysCodeFile(const QString& filePath)
     CSysCodeData root;
     if (!PreSaveForExchange(root))
         return false;
+    CSysCodeData imported;
+    if (!ReadSysCodeFile(filePath, imported))
+        return false;
+    MergeImported(root, imported);
+    return true;
+}
+
+// A file of a newer version is refused; an older one is brought up to date first.
+bool SysCodeDlg::ReadSysCodeFile(const QString& filePath, CSysCodeData& imported)
+{
     QString text;
     CQvKsVersion fileVersion;
     if (QvKsXmlVertion::GetXmlVersion(text, filePath) && CQvKsVersion::FromString(text, fileVersion)) {
@@ -98,12 +119,26 @@ bool SysCodeDlg::ReloadFromSysCodeFile(const QString& filePath)
         if (fileVersion < current)
             CISysCode::UpdataSysData(filePath);
     }
-    CSysCodeData imported;
     imported.ImportData(filePath);
+    return true;
+}
+
+bool SysCodeDlg::ConfirmImport(const CSysCodeData& imported, const QString& filePath)
+{
+    // Turning rows into records numbers the unsaved ones; the preview must not.
+    const int maxIndex = m_nMaxIndex;
+    CSysCodeData current;
+    BuildChildRecords(current, m_tree.GetRootItem());
+    m_nMaxIndex = maxIndex;
+    CImportPreviewDlg preview(PreviewSysCodeImport(current, imported), QFileInfo(filePath).fileName(), this);
+    return preview.DoModal() == IDOK;
+}
+
+void SysCodeDlg::MergeImported(CSysCodeData& root, const CSysCodeData& imported)
+{
     MergeSysCodeTree(m_nMaxIndex, &root, &imported, true);
     FillRowsFromRoot(root);
     m_bModified = true;
-    return true;
 }
 
 // The grid shows `root`'s codes in the current specialty's columns.

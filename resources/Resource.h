@@ -61,3 +61,7 @@ constexpr int IDC_BATCH_CHK_VERMODE = 208;
 constexpr int IDC_BATCH_CMB_VERMODE = 3002;
 constexpr int IDC_BATCH_CHK_REMARK = 209;
 constexpr int IDC_BATCH_EDIT_REMARK = 3007;
+
+// Import preview "导入预览": what an import will add and change, confirmed or cancelled.
+constexpr int IDC_PREVIEW_SUMMARY = 3101;
+constexpr int IDC_PREVIEW_LIST = 3102;

@@ -8,6 +8,7 @@
 #include "CtrlId.h"
 #include "IQvKsAppProfile.h"
 #include "MessageBoxRecorder.h"
+#include "ModalDriver.h"
 #include "ModuleStrings.h"
 #include "QvKsDataMng.h"
 #include "QvKsProfile.h"
@@ -18,7 +19,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QTest>
+#include <QTreeWidget>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -213,19 +216,27 @@ TEST_F(SysCodeDlgImportExportTest, ImportMergesFilesUpToTheRunningVersion)
         boxes.clear();
         const QString path = writeFile("in.scn", c.content);
         auto dlg = open();
-        renameFirst(*dlg, QStringLiteral("灯光")); // stored before the file is read
+        renameFirst(*dlg, QStringLiteral("灯光")); // stored once the import is confirmed
         FileDialogAnswer answer(path);
+        QString summary;
+        ModalDriver preview([&summary](QDialog* d) {
+            summary = qobject_cast<QLabel*>(GetDlgItem(d, IDC_PREVIEW_SUMMARY))->text();
+            QTest::mouseClick(GetDlgItem(d, IDC_BTN_OK), Qt::LeftButton);
+        });
         click(*dlg, IDC_BTN_IMPORT);
         ASSERT_EQ(answer.requests.size(), 1);
         EXPECT_TRUE(answer.requests.first().open);
-        EXPECT_EQ(storedNames().first(), QStringLiteral("灯光"));
+        EXPECT_EQ(preview.acted(), c.taken);
         if (!c.taken) {
             EXPECT_EQ(boxes.texts(), QStringList({ "不支持导入高版本的系统编号!" }));
             EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座" }));
-            EXPECT_FALSE(dlg->m_bModified);
+            EXPECT_EQ(storedNames().first(), QStringLiteral("照明")); // a refused file stores nothing
+            EXPECT_TRUE(dlg->m_bModified);
             EXPECT_FALSE(dlg->m_bLineTypesChanged);
             continue;
         }
+        EXPECT_EQ(summary, QStringLiteral("新增 2 个，修改 1 个，不变 0 个"));
+        EXPECT_EQ(storedNames().first(), QStringLiteral("灯光"));
         EXPECT_EQ(boxes.texts(), QStringList({ "导入完成。" }));
         EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座", "消防报警" }));
         CTreeListCtrl& g = grid(*dlg);
@@ -249,5 +260,44 @@ TEST_F(SysCodeDlgImportExportTest, ImportMergesFilesUpToTheRunningVersion)
             "UPDATE sys_code SET color = 16711680 WHERE spec_id = 3 AND node_index = 4;"
             "UPDATE spec SET max_index = 5 WHERE spec_id = 3;")));
     }
+}
+} // namespace
+
+namespace {
+TEST_F(SysCodeDlgImportExportTest, CancellingThePreviewChangesNothingAndStoresNothing)
+{
+    const QString path = writeFile("in.scn", currentLayout(CQvKsVersion::Current().ToString()).toUtf8());
+    auto dlg = open();
+    renameFirst(*dlg, QStringLiteral("灯光"));
+    FileDialogAnswer answer(path);
+    QStringList groups;
+    ModalDriver preview([&groups](QDialog* d) {
+        auto* list = qobject_cast<QTreeWidget*>(GetDlgItem(d, IDC_PREVIEW_LIST));
+        for (int i = 0; i < list->topLevelItemCount(); ++i) {
+            QTreeWidgetItem* group = list->topLevelItem(i);
+            QStringList lines { group->text(0) };
+            for (int c = 0; c < group->childCount(); ++c) {
+                QTreeWidgetItem* code = group->child(c);
+                lines << code->text(0);
+                for (int a = 0; a < code->childCount(); ++a)
+                    lines << code->child(a)->text(0) + QLatin1Char(':') + code->child(a)->text(1)
+                            + QStringLiteral("→") + code->child(a)->text(2);
+            }
+            groups << lines.join(QLatin1Char('|'));
+        }
+        QTest::mouseClick(GetDlgItem(d, IDC_BTN_CANCEL), Qt::LeftButton);
+    });
+    click(*dlg, IDC_BTN_IMPORT);
+    ASSERT_TRUE(preview.acted());
+    // The renamed 照明 shows as 灯光: the preview compares with the grid as it is.
+    EXPECT_EQ(groups,
+        (QStringList { QStringLiteral("新增（2）|消防报警|消防报警\\一区"),
+            QStringLiteral("修改（1）|动力|颜色:0,0,255→123,0,0|线宽:30→0.5"),
+            QStringLiteral("不变（0）") }));
+    EXPECT_TRUE(boxes.texts().isEmpty());
+    EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座" }));
+    EXPECT_EQ(storedNames().first(), QStringLiteral("照明"));
+    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->m_bLineTypesChanged);
 }
 } // namespace

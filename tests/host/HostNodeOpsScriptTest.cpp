@@ -136,3 +136,43 @@ TEST_F(NodeOpsScript, ReleasingBesideTheGridChangesNothing)
                                  "expect-title ")),
         "");
 }
+
+TEST_F(NodeOpsScript, KeysRunTheNodeOperationsOnTheCurrentRow)
+{
+    EXPECT_EQ(
+        Run(QStringLiteral("command bhgl\n"
+                           "row 弱电通信\n"
+                           "key Ins\n"
+                           "key Ctrl+Ins\n"
+                           "expect-selected 弱电通信1&弱电通信1\n"
+                           "key Del\n"
+                           "expect-no-box\n"
+                           "row 公共插座\n"
+                           "key Ctrl+C\n"
+                           "row 弱电通信1\n"
+                           "key Ctrl+V\n"
+                           "key Alt+Up\n"
+                           "key Alt+Up\n"
+                           "expect-selected 公共插座1\n"
+                           "expect-rows 公共照明 | 公共插座 | 区域照明 | 机房动力 | 公共插座1 | 弱电通信"
+                           " | 弱电通信1\n"
+                           "key Alt+Down\n"
+                           "key Alt+Down\n"
+                           "key Alt+Down\n"
+                           "expect-rows 公共照明 | 公共插座 | 区域照明 | 机房动力 | 弱电通信 | 弱电通信1"
+                           " | 公共插座1\n"
+                           "row 区域照明\n"
+                           "row-ctrl 机房动力\n"
+                           "key Alt+Down\n"
+                           "expect-box 一次不能移动超过一行系统编号!\n"
+                           "key Ctrl+C\n"
+                           "answer yes\n"
+                           "key Del\n"
+                           "expect-box 该节点或者该节点的子级系统编号已被使用,不能删除!\n"
+                           "expect-rows 公共照明 | 公共插座 | 区域照明 | 弱电通信 | 弱电通信1 | 公共插座1\n"
+                           "answer no\n"
+                           "cancel\n"
+                           "expect-box 是否保存设置修改?\n"
+                           "expect-title ")),
+        "");
+}
