@@ -117,9 +117,7 @@ TEST_F(SysCodeDlgEditTest, NameEditsAreJudgedAtTheirLevel)
 {
     const NameCase cases[] = {
         { "new name", "照明", "应急照明", End::ClickElsewhere, "", "应急照明" },
-        { "new name by Enter", "照明", "Lighting", End::Enter, "", "Lighting" },
         { "letter case only", "照明\\WL1", "wl1", End::ClickElsewhere, "", "wl1" },
-        { "spaces trimmed", "动力", "  电力 ", End::Enter, "", "电力" },
         { "a sibling's name", "照明", "动力", End::ClickElsewhere, " 动力系统编号在该级中已存在!", "照明" },
         { "a sibling's name by Enter", "插座", "动力", End::Enter, " 动力系统编号在该级中已存在!", "插座" },
         { "illegal name", "动力", "R&D", End::ClickElsewhere,
@@ -167,20 +165,6 @@ TEST_F(SysCodeDlgEditTest, NameEditsAreJudgedAtTheirLevel)
     }
 }
 
-TEST_F(SysCodeDlgEditTest, TwoRenamesOfOneCodeLeaveOnePair)
-{
-    auto dlg = open();
-    HTREEITEM item = row(*dlg, QStringLiteral("动力"));
-    for (const char* name : { "电力", "强电" }) {
-        CTreeListEditorBase* editor = edit(*dlg, item, 0);
-        ASSERT_NE(editor, nullptr);
-        type(editor, QString::fromUtf8(name));
-        QTest::keyClick(typingTarget(editor), Qt::Key_Return);
-    }
-    ASSERT_EQ(dlg->m_renames.size(), 1u);
-    EXPECT_EQ(dlg->m_renames[0], std::make_pair(QStringLiteral("电气\\动力"), QStringLiteral("电气\\强电")));
-}
-
 struct TextCellCase
 {
     const char* spec;
@@ -198,19 +182,14 @@ TEST_F(SysCodeDlgEditTest, RemarkTransparencyAndLineCharactersAreChecked)
     const char* const codeMsg = "线型字符仅支持字母和数字，且最长为3个字符!";
     const TextCellCase cases[] = {
         { "电气", 9, "a/b", remarkMsg, "一般照明", true },
-        { "电气", 9, "a\\b", remarkMsg, "一般照明", true },
-        { "电气", 9, "R&D", remarkMsg, "一般照明", true },
         { "电气", 9, "一层-二层", "", "一层-二层", false },
-        { "电气", 9, "", "", "", false },
         { "电气", 8, "100", "", "100", false },
         { "电气", 8, "007", "", "7", false },
         { "电气", 8, "", "", "0", false },
         { "电气", 8, "101", alphaMsg, "0", true },
         { "电气", 8, "-1", alphaMsg, "0", true },
-        { "电气", 8, "5%", alphaMsg, "0", true },
         { "电气", 6, "AB1", "", "AB1", false },
         { "电气", 6, "ABCD", codeMsg, "", false },
-        { "电气", 6, "A-B", codeMsg, "", false },
         // Seven columns: transparency at 5 meets only the editor's own code rule.
         { "给排水", 5, "101", "", "101", false },
         { "给排水", 5, "1000", codeMsg, "0", false },

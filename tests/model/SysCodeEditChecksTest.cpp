@@ -122,24 +122,4 @@ TEST(SysCodeEditChecks, RenamesCollapseIntoOnePairPerChain)
     }
 }
 
-TEST(SysCodeEditChecks, PickedTextsJoinWithHyphensSkippingEmptyOnes)
-{
-    const std::pair<QStringList, const char*> cases[] = {
-        { {}, "" },
-        { { "WS" }, "WS" },
-        { { "WS", "1" }, "WS-1" },
-        { { "", "WS", "", "1", "" }, "WS-1" },
-        { { "", "" }, "" },
-    };
-    for (const auto& [pieces, joined] : cases)
-        EXPECT_EQ(JoinPickedTexts(pieces), QString::fromUtf8(joined));
-}
-
-TEST(SysCodeEditChecks, MTextParagraphsBecomeHyphens)
-{
-    EXPECT_EQ(MTextPlainText("A\\PB"), "A-B");
-    EXPECT_EQ(MTextPlainText("A\\PB\\PC"), "A-B-C");
-    EXPECT_EQ(MTextPlainText(""), "");
-    EXPECT_EQ(MTextPlainText("a\\pb"), "a\\pb"); // only the upper-case paragraph code
-}
 } // namespace
