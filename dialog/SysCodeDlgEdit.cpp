@@ -197,8 +197,14 @@ bool SysCodeDlg::OnGridEnter(QWidget* target)
     HTREEITEM row = m_tree.GetCaretItem();
     if (!row)
         return true;
+    // The row goes through a record of its own: what the user copied stays copied.
+    const CSysCodeData copied = m_clipboard;
+    const int copiedLevels = m_nLevelBase;
     CopyRow(row);
-    PasteRow(m_clipboard, row, true);
+    const CSysCodeData record = m_clipboard;
+    m_clipboard = copied;
+    PasteRow(record, row, true);
+    m_nLevelBase = copiedLevels;
     return true;
 }
 

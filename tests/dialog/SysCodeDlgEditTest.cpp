@@ -342,6 +342,7 @@ TEST_F(SysCodeDlgEditTest, EnterOnTheGridDuplicatesTheSelectedRow)
     EXPECT_NE(g.GetItemColor(copy, 1), g.GetItemColor(row(*dlg, QStringLiteral("动力")), 1));
     EXPECT_TRUE(dlg->m_bModified);
     EXPECT_TRUE(dlg->isVisible()); // Enter pressed no default button
+    EXPECT_EQ(dlg->m_clipboard.GetChildCount(), 0); // nothing was copied by the user
 }
 
 // A drawing of texts for picking, read back as the working database would be.
