@@ -9,6 +9,7 @@
 #include "SysCodeIcon.h"
 #include "SysCodeIndexPath.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
@@ -27,6 +28,7 @@ SysCodeDlg::SysCodeDlg(QWidget* parent)
 SysCodeDlg::~SysCodeDlg()
 {
     // The grid tells about every row it drops; the map must not hear of them late.
+    qApp->removeEventFilter(this);
     disconnect(&m_tree, nullptr, this, nullptr);
     ClearClipboard();
 }
@@ -127,6 +129,7 @@ void SysCodeDlg::BuildMessageMap()
     });
     connect(&m_tree, &CTreeListCtrl::itemDeleted, this, &SysCodeDlg::OnGridDeleteItem);
     ConnectPipeInfoCell();
+    ConnectEditCells();
     connect(&m_tree, &CTreeListCtrl::rightClick, this, &SysCodeDlg::OnGridRightClick);
     connect(&m_tree, &CTreeListCtrl::beginDrag, this, &SysCodeDlg::OnGridBeginDrag);
     connect(&m_tree, &CTreeListCtrl::dragMove, this, &SysCodeDlg::OnDragMove);
@@ -166,8 +169,8 @@ void SysCodeDlg::SetSavedFlags()
 bool SysCodeDlg::OnCommand(int commandId)
 {
     CTreeListEditorBase* editor = m_tree.GetActiveEditor();
-    if (editor && editor == m_tree.GetEditCtrl()) {
-        const int id = GetDlgCtrlID(m_tree.GetEditCtrl());
+    if (editor) {
+        const int id = editor->GetDlgCtrlID();
         if (id == IDC_EDIT_NAME || id == IDC_EDIT_REMARK)
             return false;
     }

@@ -30,6 +30,8 @@ class QCheckBox;
 class QLabel;
 class QMenu;
 class ZcDbDatabase;
+class ZcDbText;
+class CTreeListEditorBase;
 struct BatchModifyValues;
 
 class SysCodeDlg : public QDialog
@@ -112,6 +114,12 @@ public:
 
     // Cancel, Escape and the close box all reach OnCancel.
     void reject() override;
+
+    // Cell editing: the items of a drop-down cell (by logical column), and text
+    // picked from the drawing for the name and remark cells.
+    void GetComboItems(int logicalColumn, QStringList& items) const;
+    QString PickTextFromDrawing();
+    static QString GetEntityText(const ZcDbText* text, bool insideBlock);
 
 protected:
     void SetSavedFlags();
@@ -201,6 +209,24 @@ protected:
     bool WriteSpreadsheet(const CSysCodeData& root, const QString& filePath);
     bool ReadSpreadsheet(const QString& filePath, CSysCodeData& imported, QStringList& refused);
     void MergeImported(CSysCodeData& root, const CSysCodeData& imported);
+
+    // Cell editing: the application-wide event filter ends or refuses an open edit
+    // before the widgets see the press or Enter (PreTranslateMessage).
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool PreTranslateMessage(QWidget* target, QEvent* event);
+    void ConnectEditCells();
+    void SetRowEditors(HTREEITEM row, bool withPipeColumns);
+    void SetColumnEditors(bool withPipeColumns);
+    bool EndComboEdit(int comboId);
+    bool EndNameEdit(CTreeListEditorBase* editor);
+    bool EndRemarkEdit(CTreeListEditorBase* editor);
+    bool EndCodeEdit(CTreeListEditorBase* editor);
+    bool OnGridEnter(QWidget* target);
+    void OnColorCellButton();
+    void OnPickTextButton(int buttonId);
+    bool TakeNameText(CTreeListEditorBase* editor, HTREEITEM row);
+    bool TakeRemarkText(CTreeListEditorBase* editor, HTREEITEM row);
+    bool m_bSwallowRelease = false;
 
 private:
     void CreateControls();

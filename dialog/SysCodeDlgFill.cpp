@@ -95,6 +95,7 @@ void SysCodeDlg::InsertColumns(bool withPipeColumns)
     m_tree.SetColumnCompare(0, [](HTREEITEM first, HTREEITEM second) {
         return CompareSysCodeNames(first->cell(0).text, second->cell(0).text);
     });
+    SetColumnEditors(withPipeColumns);
 }
 
 void SysCodeDlg::SetGridStyles()
@@ -139,6 +140,7 @@ HTREEITEM SysCodeDlg::InsertNodeRow(
             m_tree.SetItemBackColor(row, kSysCodeGridBkColor, column);
         }
     }
+    SetRowEditors(row, withPipeColumns);
     m_tree.SetItemData(row, quintptr(std::max(node.GetNodeIndex(), 0)));
     if (!node.GetAddedMsg().isEmpty())
         m_mapRowInfo[row] = node.GetAddedMsg();
