@@ -135,6 +135,7 @@ void SysCodeDlg::BuildMessageMap()
     connect(&m_tree, &CTreeListCtrl::dragMove, this, &SysCodeDlg::OnDragMove);
     connect(&m_tree, &CTreeListCtrl::dragDrop, this, &SysCodeDlg::OnDrop);
     ConnectNodeKeys();
+    ConnectCodeUsage();
 }
 
 void SysCodeDlg::UpdateData(bool bSaveAndValidate)

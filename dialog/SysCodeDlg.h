@@ -27,6 +27,7 @@
 
 class QAbstractButton;
 class QCheckBox;
+struct CodeUsageRow;
 class QLabel;
 class QMenu;
 class ZcDbDatabase;
@@ -57,6 +58,14 @@ public:
     void ScanModelSpace(ZcDbDatabase* database);
     void ScanOtherFloors();
     bool IsCodeIndexUsed(const QString& indexPath);
+    void ScanDrawing(ZcDbDatabase* database, const QString& floor);
+    // Which floors use the codes of a row's subtree, and how often: one line a code.
+    QStringList DescribeUsage(HTREEITEM row) const;
+    // "使用情况" (Ctrl+U, or the grid header's menu).
+    QList<CodeUsageRow> CollectCodeUsage() const;
+    void ShowCodeUsage();
+    void ConnectCodeUsage();
+    QString DescribeCodeFloors(int index, int& count) const;
 
     // Takes the codes of a system-code file into the specialty and refills the grid.
     bool ReloadFromSysCodeFile(const QString& filePath);
@@ -104,6 +113,10 @@ public:
     bool m_bFlag5 = true;
     bool m_bSelCodeReplaced = false;
     std::set<QString> m_usedCodeIndexes;
+    // Product entities per code (index path in lower case) and floor; the floors in
+    // the order they were scanned.
+    std::map<QString, std::map<QString, int>> m_codeUsage;
+    QStringList m_scannedFloors;
     CSysCodeData m_clipboard;
     QvKsUiNumEdit m_editScale;
     QString m_strScale = QStringLiteral("1.0");

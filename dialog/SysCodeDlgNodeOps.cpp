@@ -166,6 +166,7 @@ bool SysCodeDlg::DeleteSelectedRows()
     }
     bool result = false;
     bool refused = false;
+    QStringList usage;
     for (int r = count - 1; r >= 0; --r) {
         HTREEITEM row = m_tree.GetItemFromRow(r);
         if (!row || !(m_tree.GetItemState(row, LVIS_SELECTED) & LVIS_SELECTED))
@@ -178,14 +179,17 @@ bool SysCodeDlg::DeleteSelectedRows()
             continue;
         if (IsSubtreeInUse(row)) {
             refused = true;
+            usage = DescribeUsage(row) + usage;
             continue;
         }
         result = m_tree.DeleteItem(row);
     }
+    // The user learns which floors hold the codes that stay.
     if (refused)
         MessageBoxExW(GetActiveWindow(),
-            QStringLiteral("该节点或者该节点的子级系统编号已被使用,不能删除") + g_strExclaim, g_strCaption,
-            kMbWarning);
+            QStringLiteral("该节点或者该节点的子级系统编号已被使用,不能删除") + g_strExclaim
+                + (usage.isEmpty() ? QString() : QLatin1Char('\n') + usage.join(QLatin1Char('\n'))),
+            g_strCaption, kMbWarning);
     UpdateData(false);
     return result;
 }

@@ -2,7 +2,9 @@
 // scanned when the dialog opens, the other floors only when a look-up first misses.
 #include "SysCodeDlg.h"
 
+#include "CCodeUsageDlg.h"
 #include "CProj.h"
+#include "CQVSpecTypeInfoGet.h"
 #include "IFloorMng.h"
 #include "QvKsEntity.h"
 #include "QvProInterface.h"
@@ -11,12 +13,24 @@
 #include "ZcDbBlockTableRecordIterator.h"
 #include "ZcDbDatabase.h"
 
+#include <QHeaderView>
+#include <QMenu>
+#include <QShortcut>
+
 #include <memory>
 
 void SysCodeDlg::ScanModelSpace(ZcDbDatabase* database)
 {
+    ScanDrawing(database, CProj().GetCurFloorName());
+}
+
+// Each product entity counts for its code on `floor`.
+void SysCodeDlg::ScanDrawing(ZcDbDatabase* database, const QString& floor)
+{
     if (!database)
         return;
+    if (!m_scannedFloors.contains(floor))
+        m_scannedFloors.append(floor);
     ZcDbBlockTable* table = nullptr;
     if (database->getBlockTable(table, ZcDb::kForRead) != Zcad::eOk || !table)
         return;
@@ -34,8 +48,11 @@ void SysCodeDlg::ScanModelSpace(ZcDbDatabase* database)
         ZcDbEntity* entity = nullptr;
         if (iterator->getEntity(entity, ZcDb::kForRead, true) != Zcad::eOk || !entity)
             continue;
-        if (const QvKsEntity* product = QvKsEntity::cast(entity))
-            m_usedCodeIndexes.insert(product->GetSysCodeIndex().toLower());
+        if (const QvKsEntity* product = QvKsEntity::cast(entity)) {
+            QString index = product->GetSysCodeIndex().toLower();
+            ++m_codeUsage[index][floor];
+            m_usedCodeIndexes.insert(std::move(index));
+        }
         entity->close();
     }
 }
@@ -52,7 +69,7 @@ void SysCodeDlg::ScanOtherFloors()
         ZcDbDatabase side(false, false);
         const QString file = IFloorMng::GetDwgFullNameByFloorName(floor.strName);
         if (side.readDwgFile(file, _SH_DENYWR, false, nullptr) == Zcad::eOk)
-            ScanModelSpace(&side);
+            ScanDrawing(&side, floor.strName);
     }
     QvProInterface::ShowProgressDialog(false);
 }
@@ -66,4 +83,87 @@ bool SysCodeDlg::IsCodeIndexUsed(const QString& indexPath)
     ScanOtherFloors();
     m_bOtherFloorsScanned = true;
     return m_usedCodeIndexes.count(indexPath) > 0;
+}
+
+// The floors whose drawings use a saved code, "B1 12，1F 3" in the order they were
+// scanned, and the entities over all of them in `count`.
+QString SysCodeDlg::DescribeCodeFloors(int index, int& count) const
+{
+    count = 0;
+    const int spec = int(CQVSpecTypeInfoGet::GetSpecTypeByName(m_strSpec));
+    const auto used = m_codeUsage.find(QString::asprintf("%d\\%d", spec, index));
+    if (index <= 0 || used == m_codeUsage.end())
+        return QString();
+    QStringList floors;
+    for (const QString& floor : m_scannedFloors) {
+        if (const auto n = used->second.find(floor); n != used->second.end()) {
+            count += n->second;
+            floors << QStringLiteral("%1 %2").arg(floor).arg(n->second);
+        }
+    }
+    return floors.join(QStringLiteral("，"));
+}
+
+// "公共照明：B1 12，1F 3", one line for each code of the row's subtree that a
+// drawing uses.
+QStringList SysCodeDlg::DescribeUsage(HTREEITEM row) const
+{
+    QStringList lines;
+    const auto visit = [&](auto&& self, HTREEITEM r) -> void {
+        int count = 0;
+        const QString floors = DescribeCodeFloors(GetRowNodeIndex(r), count);
+        if (count > 0)
+            lines << GetRowFullName(r) + QStringLiteral("：") + floors;
+        for (HTREEITEM c = m_tree.GetChildItem(r); c; c = m_tree.GetNextSiblingItem(c))
+            self(self, c);
+    };
+    visit(visit, row);
+    return lines;
+}
+
+// Every code of the grid with its entities' count, parents before children.
+QList<CodeUsageRow> SysCodeDlg::CollectCodeUsage() const
+{
+    QList<CodeUsageRow> rows;
+    const auto visit = [&](auto&& self, HTREEITEM parent) -> void {
+        for (HTREEITEM r = m_tree.GetChildItem(parent); r; r = m_tree.GetNextSiblingItem(r)) {
+            CodeUsageRow row;
+            row.fullName = GetRowFullName(r);
+            row.level = m_tree.GetItemLevel(r);
+            row.saved = GetRowNodeIndex(r) > 0;
+            row.floors = DescribeCodeFloors(GetRowNodeIndex(r), row.count);
+            rows.append(row);
+            self(self, r);
+        }
+    };
+    visit(visit, m_tree.GetRootItem());
+    return rows;
+}
+
+void SysCodeDlg::ShowCodeUsage()
+{
+    CCodeUsageDlg dialog([this] { return CollectCodeUsage(); },
+        [this] {
+            if (!m_bOtherFloorsScanned) {
+                ScanOtherFloors();
+                m_bOtherFloorsScanned = true;
+            }
+        },
+        m_bOtherFloorsScanned, this);
+    dialog.DoModal();
+}
+
+// Ctrl+U anywhere in the dialog, or the menu of the grid's column titles.
+void SysCodeDlg::ConnectCodeUsage()
+{
+    auto* shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_U), this);
+    connect(shortcut, &QShortcut::activated, this, &SysCodeDlg::ShowCodeUsage);
+    QHeaderView* header = m_tree.header();
+    header->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header, &QWidget::customContextMenuRequested, this, [this, header](const QPoint& at) {
+        QMenu menu(this);
+        QAction* usage = menu.addAction(QStringLiteral("使用情况..."));
+        if (menu.exec(header->mapToGlobal(at)) == usage)
+            ShowCodeUsage();
+    });
 }

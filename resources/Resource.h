@@ -65,3 +65,8 @@ constexpr int IDC_BATCH_EDIT_REMARK = 3007;
 // Import preview "导入预览": what an import will add and change, confirmed or cancelled.
 constexpr int IDC_PREVIEW_SUMMARY = 3101;
 constexpr int IDC_PREVIEW_LIST = 3102;
+
+// Code usage "使用情况": how many product entities of each floor use each code.
+constexpr int IDC_USAGE_LIST = 3201;
+constexpr int IDC_USAGE_SCAN_ALL = 3202;
+constexpr int IDC_USAGE_SUMMARY = 3203;

@@ -186,7 +186,8 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteKeepsCodesUsedOnAnotherFloorAndSaysSoOnce)
     EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力"));
     EXPECT_EQ(boxes.texts(),
         (QStringList { QStringLiteral("删除所选行将连同其下级一起被删除，是否确定删除?"),
-            QStringLiteral("该节点或者该节点的子级系统编号已被使用,不能删除!") }));
+            QStringLiteral(
+                "该节点或者该节点的子级系统编号已被使用,不能删除!\n照明\\WL1\\一层：B1 1\n动力：2F 1") }));
     EXPECT_EQ(boxes.boxes().at(0).type, 0x12034u);
     EXPECT_EQ(boxes.boxes().at(1).type, 0x12030u);
     EXPECT_TRUE(dlg->m_bModified);

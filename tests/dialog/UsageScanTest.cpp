@@ -1,7 +1,10 @@
 // Which codes the drawings use: the working drawing at opening, the other floors'
 // drawings once, on the first look-up that misses.
+#include "CtrlId.h"
+#include "ModalDriver.h"
 #include "QvKsEntity.h"
 #include "QvProInterface.h"
+#include "Resource.h"
 #include "SysCodeDlg.h"
 #include "TestProject.h"
 #include "ZcDbBlockTable.h"
@@ -12,6 +15,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLabel>
+#include <QTest>
+#include <QTreeWidget>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -100,6 +106,44 @@ TEST_F(UsageScanTest, ErasedEntitiesStillCount)
     auto dlg = open();
     EXPECT_EQ(dlg->m_usedCodeIndexes.size(), 2u);
     EXPECT_TRUE(dlg->IsCodeIndexUsed("3\\1"));
+}
+
+// "使用情况": counts of the current floor first; the other floors on request, once.
+TEST_F(UsageScanTest, TheUsageViewCountsEachCodePerFloorAndScansTheOthersOnRequest)
+{
+    ASSERT_TRUE(rewriteFloor("B1.dxf", { "3\\4", "3\\4", "3\\1" }));
+    auto dlg = open();
+    dlg->show();
+    dlg->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dlg.get())); // a shortcut answers in the active window
+    const auto read = [](QDialog* view) {
+        QStringList rows { qobject_cast<QLabel*>(GetDlgItem(view, IDC_USAGE_SUMMARY))->text() };
+        auto* list = qobject_cast<QTreeWidget*>(GetDlgItem(view, IDC_USAGE_LIST));
+        for (int i = 0; i < list->topLevelItemCount(); ++i) {
+            const QTreeWidgetItem* item = list->topLevelItem(i);
+            rows << item->text(0).trimmed() + QLatin1Char('|') + item->text(1) + QLatin1Char('|')
+                    + item->text(2);
+        }
+        return rows;
+    };
+    QStringList before;
+    QStringList after;
+    ModalDriver driver([&](QDialog* view) {
+        before = read(view);
+        QTest::mouseClick(GetDlgItem(view, IDC_USAGE_SCAN_ALL), Qt::LeftButton);
+        after = read(view);
+        EXPECT_FALSE(GetDlgItem(view, IDC_USAGE_SCAN_ALL)->isEnabled());
+        view->reject();
+    });
+    QTest::keyClick(dlg.get(), Qt::Key_U, Qt::ControlModifier);
+    ASSERT_TRUE(driver.acted());
+    EXPECT_EQ(before,
+        (QStringList { "已使用 2 个，未使用 3 个，仅扫描当前楼层", "照明|1|1F 1", "WL1|1|1F 1",
+            "一层|0|未使用", "动力|0|未使用", "插座|0|未使用" }));
+    EXPECT_EQ(after,
+        (QStringList { "已使用 4 个，未使用 1 个，已扫描全部楼层", "照明|2|1F 1，B1 1", "WL1|1|1F 1",
+            "一层|0|未使用", "动力|2|B1 2", "插座|1|2F 1" }));
+    EXPECT_TRUE(dlg->m_bOtherFloorsScanned);
 }
 
 } // namespace

@@ -176,3 +176,23 @@ TEST_F(NodeOpsScript, KeysRunTheNodeOperationsOnTheCurrentRow)
                            "expect-title ")),
         "");
 }
+
+TEST_F(NodeOpsScript, TheUsageViewAndTheDeleteRefusalNameTheFloors)
+{
+    EXPECT_EQ(Run(QStringLiteral("command bhgl\n"
+                                 "key Ctrl+U\n"
+                                 "expect-title 使用情况\n"
+                                 "expect-text 3203 已使用 5 个，未使用 8 个，仅扫描当前楼层\n"
+                                 "click 3202\n"
+                                 "expect-text 3203 已使用 9 个，未使用 4 个，已扫描全部楼层\n"
+                                 "expect-disabled 3202\n"
+                                 "cancel\n"
+                                 "expect-title 系统编号管理\n"
+                                 "rclick 区域照明\n"
+                                 "answer yes\n"
+                                 "menu 1002\n"
+                                 "expect-box 区域照明\\车库照明：2F\n"
+                                 "cancel\n"
+                                 "expect-title ")),
+        "");
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+// "使用情况": for every code of the specialty, how many product entities use it and
+// on which floors; a code nothing uses is marked so the drafter can clean up. The
+// other floors are read only when the drafter asks ("扫描全部楼层").
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+#include <functional>
+
+class QLabel;
+class QPushButton;
+class QTreeWidget;
+
+struct CodeUsageRow
+{
+    QString fullName;
+    int level = 1;
+    bool saved = true; // a code made in the dialog and not saved yet has no entities
+    int count = 0;
+    QString floors; // "B1 12，1F 3"
+};
+
+class CCodeUsageDlg : public QDialog
+{
+    Q_OBJECT
+public:
+    // `scanAll` reads the other floors and gives the rows again.
+    CCodeUsageDlg(std::function<QList<CodeUsageRow>()> rows, std::function<void()> scanAll,
+        bool allFloorsScanned, QWidget* parent = nullptr);
+
+    int DoModal();
+
+private:
+    void Fill();
+    void OnScanAll();
+
+    std::function<QList<CodeUsageRow>()> m_rows;
+    std::function<void()> m_scanAll;
+    bool m_allFloorsScanned;
+    QTreeWidget* m_list = nullptr;
+    QLabel* m_summary = nullptr;
+    QPushButton* m_scanButton = nullptr;
+};
