@@ -307,16 +307,3 @@ void BM_BareMoveSubtree(benchmark::State& state)
 }
 BENCHMARK(BM_BareMoveSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 } // namespace
-
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_LOGGING_RULES", "default.warning=false");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    QvKsDataMng::CloseProject();
-    return 0;
-}

@@ -66,16 +66,3 @@ void BM_StoreBareSave(benchmark::State& state)
 }
 BENCHMARK(BM_StoreBareSave)->Unit(benchmark::kMillisecond);
 } // namespace
-
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_LOGGING_RULES", "default.warning=false");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    QvKsDataMng::CloseProject();
-    return 0;
-}
