@@ -27,6 +27,10 @@ public:
     { }
     QString get(std::string_view bytes);
     QString decode(std::string_view bytes);
+    // The extended data read before from groups whose bytes were `key`; null when
+    // new. Entities of a drawing mostly repeat a few lists, which are kept once.
+    std::shared_ptr<const std::vector<ZcDbXDataApp>> sharedXData(const std::string& key) const;
+    void keepXData(const std::string& key, std::shared_ptr<const std::vector<ZcDbXDataApp>> xdata);
 
 private:
     struct Hash
@@ -36,6 +40,7 @@ private:
     };
     DxfTextCodec& m_codec;
     std::unordered_map<std::string, QString, Hash, std::equal_to<>> m_pool;
+    std::unordered_map<std::string, std::shared_ptr<const std::vector<ZcDbXDataApp>>> m_xdataPool;
 };
 
 class DxfEntityParser
@@ -63,6 +68,7 @@ public:
 private:
     void take(const DxfGroup& group);
     void takeXData(const DxfGroup& group);
+    std::shared_ptr<const std::vector<ZcDbXDataApp>> makeXData();
     void applyCommon(ZcDbEntity& entity);
     std::unique_ptr<ZcDbEntity> buildText();
 
@@ -98,5 +104,8 @@ private:
     int m_i73 = 0;
     int m_i74 = 0;
     std::vector<ZcDbPolyline::Vertex> m_vertices;
-    std::unique_ptr<std::vector<ZcDbXDataApp>> m_xdata;
+    // The extended data groups from the first application name (1001) on, and
+    // their bytes as the key under which equal lists are shared.
+    std::vector<DxfGroup> m_xdataGroups;
+    std::string m_xdataKey;
 };
