@@ -7,7 +7,7 @@
 
 namespace {
 // Read ahead in pieces of this size; give back in pieces at least as large.
-constexpr size_t kPiece = size_t(4) << 20;
+constexpr size_t kPiece = size_t(1) << 20;
 
 size_t pageSize()
 {
