@@ -11,7 +11,13 @@
 #include "ZcDbBlockTableRecordIterator.h"
 #include "ZcDbDatabase.h"
 
+#include <QSet>
+
 #include <memory>
+
+namespace {
+constexpr qsizetype kMaxSeenPaths = 1 << 16;
+} // namespace
 
 void SysCodeDlg::ScanModelSpace(ZcDbDatabase* database)
 {
@@ -30,12 +36,22 @@ void SysCodeDlg::ScanModelSpace(ZcDbDatabase* database)
     if (modelSpace->newIterator(iterator, true, false) != Zcad::eOk || !iterator)
         return;
     const std::unique_ptr<ZcDbBlockTableRecordIterator> owner(iterator);
+    // A floor's pipes repeat a few codes many times: each path is lowered and
+    // kept once, the repeats only looked up.
+    QSet<QString> seen;
     for (; !iterator->done(); iterator->step(true, false)) {
         ZcDbEntity* entity = nullptr;
         if (iterator->getEntity(entity, ZcDb::kForRead, true) != Zcad::eOk || !entity)
             continue;
-        if (const QvKsEntity* product = QvKsEntity::cast(entity))
-            m_usedCodeIndexes.insert(product->GetSysCodeIndex().toLower());
+        if (const QvKsEntity* product = QvKsEntity::cast(entity)) {
+            const QString indexPath = product->GetSysCodeIndex();
+            if (!seen.contains(indexPath)) {
+                // Paths all different (a generated floor) would only fill the set.
+                if (seen.size() < kMaxSeenPaths)
+                    seen.insert(indexPath);
+                m_usedCodeIndexes.insert(indexPath.toLower());
+            }
+        }
         entity->close();
     }
 }
