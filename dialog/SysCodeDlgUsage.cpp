@@ -37,19 +37,25 @@ void SysCodeDlg::ScanModelSpace(ZcDbDatabase* database)
         return;
     const std::unique_ptr<ZcDbBlockTableRecordIterator> owner(iterator);
     // A floor's pipes repeat a few codes many times: each path is lowered and
-    // kept once, the repeats only looked up.
+    // kept once, the repeats only looked up. Pipes read alike share the text
+    // itself, so its address answers most look-ups.
     QSet<QString> seen;
+    QSet<const QChar*> seenTexts;
     for (; !iterator->done(); iterator->step(true, false)) {
         ZcDbEntity* entity = nullptr;
         if (iterator->getEntity(entity, ZcDb::kForRead, true) != Zcad::eOk || !entity)
             continue;
         if (const QvKsEntity* product = QvKsEntity::cast(entity)) {
             const QString indexPath = product->GetSysCodeIndex();
-            if (!seen.contains(indexPath)) {
-                // Paths all different (a generated floor) would only fill the set.
-                if (seen.size() < kMaxSeenPaths)
-                    seen.insert(indexPath);
-                m_usedCodeIndexes.insert(indexPath.toLower());
+            // Paths all different (a generated floor) would only fill the sets.
+            if (!seenTexts.contains(indexPath.constData())) {
+                if (seenTexts.size() < kMaxSeenPaths)
+                    seenTexts.insert(indexPath.constData());
+                if (!seen.contains(indexPath)) {
+                    if (seen.size() < kMaxSeenPaths)
+                        seen.insert(indexPath);
+                    m_usedCodeIndexes.insert(indexPath.toLower());
+                }
             }
         }
         entity->close();

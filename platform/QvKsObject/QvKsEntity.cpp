@@ -59,7 +59,8 @@ QString QvKsEntity::GetSysCodeIndex() const
     // Looked at in place: scans ask this of every entity of a floor.
     if (const auto* apps = xDataAll())
         for (const ZcDbXDataApp& app : *apps)
-            if (app.appName.compare(kAppName, Qt::CaseInsensitive) == 0) {
+            // Written as "QVKS" nearly always: the exact match saves the case folding.
+            if (app.appName == kAppName || app.appName.compare(kAppName, Qt::CaseInsensitive) == 0) {
                 for (const ZcDbXDataValue& value : app.values)
                     if (value.isString())
                         return value.text;

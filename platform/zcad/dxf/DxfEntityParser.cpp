@@ -17,9 +17,9 @@
 
 namespace {
 constexpr size_t kMaxPooledLength = 64;
-constexpr size_t kMaxPoolSize = 8192;
+constexpr size_t kMaxPoolSize = 65536;
 constexpr size_t kMaxXDataKeyLength = 512;
-constexpr size_t kMaxXDataPoolSize = 4096;
+constexpr size_t kMaxXDataPoolSize = 65536;
 
 double radians(double degrees)
 {
