@@ -16,7 +16,7 @@
 #include <memory>
 
 namespace {
-constexpr qsizetype kMaxSeenPaths = 1 << 16;
+constexpr qsizetype kMaxSeenPaths = 1 << 14;
 } // namespace
 
 void SysCodeDlg::ScanModelSpace(ZcDbDatabase* database)

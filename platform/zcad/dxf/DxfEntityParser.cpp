@@ -17,9 +17,11 @@
 
 namespace {
 constexpr size_t kMaxPooledLength = 64;
-constexpr size_t kMaxPoolSize = 65536;
+constexpr size_t kMaxPoolSize = 16384;
 constexpr size_t kMaxXDataKeyLength = 512;
-constexpr size_t kMaxXDataPoolSize = 65536;
+constexpr size_t kMaxXDataPoolSize = 16384;
+// Look-ups a full pool gets before its use is judged.
+constexpr size_t kTrialLookups = 4096;
 
 double radians(double degrees)
 {
@@ -50,22 +52,35 @@ QString DxfStringPool::decode(std::string_view bytes)
     return m_codec.decode(bytes);
 }
 
+void DxfStringPool::Use::count(bool full, bool hit)
+{
+    if (!full)
+        return;
+    ++(hit ? hitsWhenFull : missesWhenFull);
+    off = missesWhenFull > kTrialLookups && missesWhenFull > 4 * hitsWhenFull;
+}
+
 QString DxfStringPool::get(std::string_view bytes)
 {
-    if (bytes.size() > kMaxPooledLength)
+    if (bytes.size() > kMaxPooledLength || m_poolUse.off)
         return m_codec.decode(bytes);
+    const bool full = m_pool.size() >= kMaxPoolSize;
     const auto it = m_pool.find(bytes);
+    m_poolUse.count(full, it != m_pool.end());
     if (it != m_pool.end())
         return it->second;
     QString text = m_codec.decode(bytes);
-    if (m_pool.size() < kMaxPoolSize)
+    if (!full)
         m_pool.emplace(std::string(bytes), text);
     return text;
 }
 
-std::shared_ptr<const std::vector<ZcDbXDataApp>> DxfStringPool::sharedXData(const std::string& key) const
+std::shared_ptr<const std::vector<ZcDbXDataApp>> DxfStringPool::sharedXData(const std::string& key)
 {
+    if (m_xdataPoolUse.off || key.size() > kMaxXDataKeyLength)
+        return nullptr;
     const auto it = m_xdataPool.find(key);
+    m_xdataPoolUse.count(m_xdataPool.size() >= kMaxXDataPoolSize, it != m_xdataPool.end());
     return it == m_xdataPool.end() ? nullptr : it->second;
 }
 

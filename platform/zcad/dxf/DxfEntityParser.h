@@ -29,7 +29,7 @@ public:
     QString decode(std::string_view bytes);
     // The extended data read before from groups whose bytes were `key`; null when
     // new. Entities of a drawing mostly repeat a few lists, which are kept once.
-    std::shared_ptr<const std::vector<ZcDbXDataApp>> sharedXData(const std::string& key) const;
+    std::shared_ptr<const std::vector<ZcDbXDataApp>> sharedXData(const std::string& key);
     void keepXData(const std::string& key, std::shared_ptr<const std::vector<ZcDbXDataApp>> xdata);
 
 private:
@@ -38,7 +38,19 @@ private:
         using is_transparent = void;
         size_t operator()(std::string_view s) const { return std::hash<std::string_view> {}(s); }
     };
+    // Whether a full pool still earns its look-ups: in a drawing whose texts
+    // rarely repeat (every pipe its own code) it stops looking.
+    struct Use
+    {
+        size_t hitsWhenFull = 0;
+        size_t missesWhenFull = 0;
+        bool off = false;
+        void count(bool full, bool hit);
+    };
+
     DxfTextCodec& m_codec;
+    Use m_poolUse;
+    Use m_xdataPoolUse;
     std::unordered_map<std::string, QString, Hash, std::equal_to<>> m_pool;
     std::unordered_map<std::string, std::shared_ptr<const std::vector<ZcDbXDataApp>>> m_xdataPool;
 };
