@@ -125,4 +125,29 @@ TEST(DxfSharedXData, ChangingOneEntitysCodeLeavesItsTwinsAlone)
     EXPECT_EQ(products[1]->GetSysCodeIndex(), QStringLiteral("3\\12"));
     EXPECT_EQ(products[2]->GetSysCodeIndex(), QStringLiteral("3\\12"));
 }
+// Few codes repeated often are shared; more codes than the pools hold, each
+// seen twice, are not. Either way every pipe keeps its own code.
+class ManyCodes : public ::testing::TestWithParam<int>
+{ };
+
+TEST_P(ManyCodes, EveryPipeReadsBackItsOwnCode)
+{
+    QvKsEntity::rxInit();
+    const int codes = GetParam();
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    DxfWriter writer(&buffer, DxfWriter::Version::R2000);
+    for (int n = 0; n < 60000; ++n)
+        writer.addProductEntity(QStringLiteral("3\\%1").arg(n % codes), { { 0, 0, 0 }, { 1, 0, 0 } });
+    ASSERT_TRUE(writer.finish());
+    ZcDbDatabase db(false, true);
+    ASSERT_EQ(db.readDxfData({ buffer.data().constData(), size_t(buffer.data().size()) }), Zcad::eOk);
+    int n = 0;
+    for (quint32 i = 1; i <= db.objectCount(); ++i)
+        if (const auto* product = QvKsEntity::cast(db.objectAt(i)))
+            ASSERT_EQ(product->GetSysCodeIndex(), QStringLiteral("3\\%1").arg(n++ % codes)) << "pipe " << n;
+    EXPECT_EQ(n, 60000);
+}
+
+INSTANTIATE_TEST_SUITE_P(DistinctCodes, ManyCodes, ::testing::Values(7, 30000));
 } // namespace
