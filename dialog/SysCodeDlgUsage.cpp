@@ -13,6 +13,7 @@
 #include "ZcDbBlockTableRecordIterator.h"
 #include "ZcDbDatabase.h"
 
+#include <QHash>
 #include <QHeaderView>
 #include <QMenu>
 #include <QShortcut>
@@ -44,16 +45,21 @@ void SysCodeDlg::ScanDrawing(ZcDbDatabase* database, const QString& floor)
     if (modelSpace->newIterator(iterator, true, false) != Zcad::eOk || !iterator)
         return;
     const std::unique_ptr<ZcDbBlockTableRecordIterator> owner(iterator);
+    // A floor's pipes repeat a few codes many times: they are counted by their path
+    // as read, and each path is lowered once at the end.
+    QHash<QString, int> counts;
     for (; !iterator->done(); iterator->step(true, false)) {
         ZcDbEntity* entity = nullptr;
         if (iterator->getEntity(entity, ZcDb::kForRead, true) != Zcad::eOk || !entity)
             continue;
-        if (const QvKsEntity* product = QvKsEntity::cast(entity)) {
-            QString index = product->GetSysCodeIndex().toLower();
-            ++m_codeUsage[index][floor];
-            m_usedCodeIndexes.insert(std::move(index));
-        }
+        if (const QvKsEntity* product = QvKsEntity::cast(entity))
+            ++counts[product->GetSysCodeIndex()];
         entity->close();
+    }
+    for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
+        QString index = it.key().toLower();
+        m_codeUsage[index][floor] += it.value();
+        m_usedCodeIndexes.insert(std::move(index));
     }
 }
 

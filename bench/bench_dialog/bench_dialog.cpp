@@ -1,6 +1,7 @@
 // Opening the management dialog on a specialty of about 10,000 codes (store read,
-// fill and first paint) against filling the bare grid with the same rows; and the
-// usage scan of ten other floors' drawings of about 20 MB each.
+// fill and first paint) against filling the bare grid with the same rows; the same
+// opening with a working drawing of 20 MB and of 100 MB, whose scan is part of it;
+// and the usage scan of ten other floors' drawings of about 20 MB each.
 #include "CISysCode.h"
 #include "CSysCodeData.h"
 #include "CTreeListCtrl.h"
@@ -10,6 +11,8 @@
 #include "Resource.h"
 #include "SysCodeColumns.h"
 #include "SysCodeDlg.h"
+#include "ZcDbDatabase.h"
+#include "ZcDbHostApplicationServices.h"
 
 #include <QApplication>
 #include <QDir>
@@ -18,6 +21,7 @@
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
+#include <map>
 #include <memory>
 
 namespace {
@@ -137,6 +141,54 @@ void BM_OpenDialog(benchmark::State& state)
     state.counters["codes"] = 9910;
 }
 BENCHMARK(BM_OpenDialog)->Unit(benchmark::kMillisecond);
+
+// A working drawing of about `megabytes` MB whose pipes use the specialty's codes,
+// read once and kept for the runs.
+ZcDbDatabase* workingDrawing(int megabytes)
+{
+    static std::map<int, std::unique_ptr<ZcDbDatabase>> drawings;
+    std::unique_ptr<ZcDbDatabase>& db = drawings[megabytes];
+    if (db)
+        return db.get();
+    const QString path = project().dir.filePath(QStringLiteral("working%1.dxf").arg(megabytes));
+    {
+        QFile file(path);
+        file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+        DxfWriter writer(&file);
+        writer.registerApp(QStringLiteral("QVKS"));
+        for (int i = 0; file.size() < qint64(megabytes) * 1024 * 1024; ++i) {
+            const double y = i * 10.0;
+            writer.addProductEntity(QStringLiteral("3\\%1").arg(i % 9910 + 1),
+                { ZcGePoint3d(0, y, 0), ZcGePoint3d(500, y, 0), ZcGePoint3d(500, y + 5, 0) });
+        }
+        writer.finish();
+    }
+    db = std::make_unique<ZcDbDatabase>(false, true);
+    db->readDwgFile(path);
+    QFile::remove(path);
+    return db.get();
+}
+
+// Opening as a drafter does it: with a working drawing, whose model space the
+// dialog scans for the codes in use.
+void BM_OpenDialogWithDrawing(benchmark::State& state)
+{
+    project();
+    zcdbHostApplicationServices()->setWorkingDatabase(workingDrawing(int(state.range(0))));
+    for (auto _ : state) {
+        SysCodeDlg dlg;
+        dlg.m_strSpec = QStringLiteral("电气");
+        dlg.OnInitDialog();
+        dlg.show();
+        QApplication::processEvents();
+        dlg.grab();
+        benchmark::DoNotOptimize(dlg.m_tree.GetItemCount());
+    }
+    zcdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    state.counters["codes"] = 9910;
+    state.counters["MB"] = double(state.range(0));
+}
+BENCHMARK(BM_OpenDialogWithDrawing)->Arg(20)->Arg(100)->Unit(benchmark::kMillisecond);
 
 void BM_BareGridSameRows(benchmark::State& state)
 {

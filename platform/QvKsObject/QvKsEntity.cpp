@@ -56,9 +56,16 @@ ZcDbEntity* QvKsEntity::clone() const
 
 QString QvKsEntity::GetSysCodeIndex() const
 {
-    for (const ZcDbXDataValue& value : xData(kAppName))
-        if (value.isString())
-            return value.text;
+    // Looked at in place: scans ask this of every entity of a floor.
+    if (const auto* apps = xDataAll())
+        for (const ZcDbXDataApp& app : *apps)
+            // Written as "QVKS" nearly always: the exact match saves the case folding.
+            if (app.appName == kAppName || app.appName.compare(kAppName, Qt::CaseInsensitive) == 0) {
+                for (const ZcDbXDataValue& value : app.values)
+                    if (value.isString())
+                        return value.text;
+                return QString();
+            }
     return QString();
 }
 

@@ -3,6 +3,7 @@
 #include "ZcDbBlockTable.h"
 #include "ZcDbBlockTableRecord.h"
 #include "ZcDbEntity.h"
+#include "dxf/DxfFileStream.h"
 #include "dxf/DxfReader.h"
 
 #include <QFile>
@@ -224,21 +225,23 @@ Zcad::ErrorStatus ZcDbDatabase::readDwgFile(
 Zcad::ErrorStatus ZcDbDatabase::readDwgFile(const QString& fileName, int, bool, const ZTCHAR*)
 {
     m_readError.clear();
-    QFile file(fileName);
     if (fileName.isEmpty() || !QFileInfo(fileName).isFile()) {
         m_readError = QStringLiteral("%1: no such file").arg(fileName);
         return Zcad::eFileNotFound;
     }
-    if (!file.open(QIODevice::ReadOnly)) {
-        m_readError = QStringLiteral("%1: %2").arg(fileName, file.errorString());
+    // Read while parsed: a large floor is never whole in memory.
+    DxfFileStream stream;
+    if (!stream.open(fileName)) {
+        m_readError = QStringLiteral("%1: %2").arg(fileName, stream.error());
         return Zcad::eFileAccessErr;
     }
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        m_readError = QStringLiteral("%1: %2").arg(fileName, file.errorString());
-        return Zcad::eFileAccessErr;
-    }
-    const Zcad::ErrorStatus status = readDxfData(std::string_view(bytes.constData(), size_t(bytes.size())));
+    ZcDbDatabase fresh(false, true);
+    DxfReader reader;
+    const Zcad::ErrorStatus status = reader.read(stream, fresh);
+    if (status == Zcad::eOk)
+        takeContentFrom(fresh);
+    else
+        m_readError = reader.error();
     if (status == Zcad::eOk)
         m_content->fileName = QFileInfo(fileName).absoluteFilePath();
     else

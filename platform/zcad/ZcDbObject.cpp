@@ -12,7 +12,7 @@ ZcDbObject::~ZcDbObject() = default;
 
 ZcDbObject::ZcDbObject(const ZcDbObject& other)
     : ZcRxObject(other)
-    , m_xdata(other.m_xdata ? std::make_unique<std::vector<ZcDbXDataApp>>(*other.m_xdata) : nullptr)
+    , m_xdata(other.m_xdata)
 { }
 
 ZcDbDatabase* ZcDbObject::database() const
@@ -84,20 +84,23 @@ std::vector<ZcDbXDataValue> ZcDbObject::xData(const QString& appName) const
 
 void ZcDbObject::setXData(const QString& appName, std::vector<ZcDbXDataValue> values)
 {
-    if (!m_xdata)
-        m_xdata = std::make_unique<std::vector<ZcDbXDataApp>>();
-    auto it = std::find_if(m_xdata->begin(), m_xdata->end(),
+    // The list may be shared with other objects: change a copy of it.
+    auto apps = m_xdata ? std::make_shared<std::vector<ZcDbXDataApp>>(*m_xdata)
+                        : std::make_shared<std::vector<ZcDbXDataApp>>();
+    auto it = std::find_if(apps->begin(), apps->end(),
         [&](const ZcDbXDataApp& app) { return app.appName.compare(appName, Qt::CaseInsensitive) == 0; });
     if (values.empty()) {
-        if (it != m_xdata->end())
-            m_xdata->erase(it);
-    } else if (it != m_xdata->end()) {
+        if (it != apps->end())
+            apps->erase(it);
+    } else if (it != apps->end()) {
         it->values = std::move(values);
     } else {
-        m_xdata->push_back({ appName, std::move(values) });
+        apps->push_back({ appName, std::move(values) });
     }
-    if (m_xdata->empty())
+    if (apps->empty())
         m_xdata.reset();
+    else
+        m_xdata = std::move(apps);
 }
 
 QStringList ZcDbObject::xDataApps() const

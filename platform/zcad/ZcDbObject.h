@@ -48,6 +48,9 @@ public:
     const std::vector<ZcDbXDataApp>* xDataAll() const { return m_xdata.get(); }
     // Replaces all extended data at once (readers), or takes another object's.
     void setXDataAll(std::unique_ptr<std::vector<ZcDbXDataApp>> xdata) { m_xdata = std::move(xdata); }
+    // Readers give many objects the same extended data: one list serves them all
+    // and is never changed in place (setXData makes the object a list of its own).
+    void setXDataAll(std::shared_ptr<const std::vector<ZcDbXDataApp>> xdata) { m_xdata = std::move(xdata); }
     void moveXDataFrom(ZcDbObject& other) { m_xdata = std::move(other.m_xdata); }
 
     // Used by the database while it opens and places objects.
@@ -61,7 +64,7 @@ protected:
     void setErasedFlag(bool erased) { m_erased = erased; }
 
 private:
-    std::unique_ptr<std::vector<ZcDbXDataApp>> m_xdata;
+    std::shared_ptr<const std::vector<ZcDbXDataApp>> m_xdata;
     quint64 m_handle = 0;
     quint32 m_databaseSerial = 0;
     quint32 m_index = 0;

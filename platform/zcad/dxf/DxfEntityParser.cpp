@@ -17,7 +17,11 @@
 
 namespace {
 constexpr size_t kMaxPooledLength = 64;
-constexpr size_t kMaxPoolSize = 8192;
+constexpr size_t kMaxPoolSize = 16384;
+constexpr size_t kMaxXDataKeyLength = 512;
+constexpr size_t kMaxXDataPoolSize = 16384;
+// Look-ups a full pool gets before its use is judged.
+constexpr size_t kTrialLookups = 4096;
 
 double radians(double degrees)
 {
@@ -48,17 +52,42 @@ QString DxfStringPool::decode(std::string_view bytes)
     return m_codec.decode(bytes);
 }
 
+void DxfStringPool::Use::count(bool full, bool hit)
+{
+    if (!full)
+        return;
+    ++(hit ? hitsWhenFull : missesWhenFull);
+    off = missesWhenFull > kTrialLookups && missesWhenFull > 4 * hitsWhenFull;
+}
+
 QString DxfStringPool::get(std::string_view bytes)
 {
-    if (bytes.size() > kMaxPooledLength)
+    if (bytes.size() > kMaxPooledLength || m_poolUse.off)
         return m_codec.decode(bytes);
+    const bool full = m_pool.size() >= kMaxPoolSize;
     const auto it = m_pool.find(bytes);
+    m_poolUse.count(full, it != m_pool.end());
     if (it != m_pool.end())
         return it->second;
     QString text = m_codec.decode(bytes);
-    if (m_pool.size() < kMaxPoolSize)
+    if (!full)
         m_pool.emplace(std::string(bytes), text);
     return text;
+}
+
+std::shared_ptr<const std::vector<ZcDbXDataApp>> DxfStringPool::sharedXData(const std::string& key)
+{
+    if (m_xdataPoolUse.off || key.size() > kMaxXDataKeyLength)
+        return nullptr;
+    const auto it = m_xdataPool.find(key);
+    m_xdataPoolUse.count(m_xdataPool.size() >= kMaxXDataPoolSize, it != m_xdataPool.end());
+    return it == m_xdataPool.end() ? nullptr : it->second;
+}
+
+void DxfStringPool::keepXData(const std::string& key, std::shared_ptr<const std::vector<ZcDbXDataApp>> xdata)
+{
+    if (key.size() <= kMaxXDataKeyLength && m_xdataPool.size() < kMaxXDataPoolSize)
+        m_xdataPool.emplace(key, std::move(xdata));
 }
 
 DxfEntityParser::DxfEntityParser(DxfStringPool& strings)
@@ -86,7 +115,8 @@ void DxfEntityParser::begin(std::string_view type)
     m_mtextChunks.clear();
     m_flags66 = m_flags70 = m_i71 = m_i72 = m_i73 = m_i74 = 0;
     m_vertices.clear();
-    m_xdata.reset();
+    m_xdataGroups.clear();
+    m_xdataKey.clear();
 }
 
 void DxfEntityParser::readGroups(DxfGroupReader& reader)
@@ -218,30 +248,55 @@ void DxfEntityParser::take(const DxfGroup& g)
 
 void DxfEntityParser::takeXData(const DxfGroup& g)
 {
-    if (g.code == 1001) {
-        if (!m_xdata)
-            m_xdata = std::make_unique<std::vector<ZcDbXDataApp>>();
-        m_xdata->push_back({ m_strings.get(g.text), {} });
+    // Values before the first application name belong to none: dropped.
+    if (g.code != 1001 && m_xdataGroups.empty())
         return;
+    m_xdataGroups.push_back(g);
+    const auto append = [this](const auto& value) {
+        m_xdataKey.append(reinterpret_cast<const char*>(&value), sizeof value);
+    };
+    append(g.code);
+    append(g.binaryNumber);
+    if (g.binaryNumber) {
+        append(g.real);
+        append(g.integer);
+    } else {
+        append(g.text.size());
+        m_xdataKey.append(g.text);
     }
-    if (!m_xdata || m_xdata->empty())
-        return;
-    std::vector<ZcDbXDataValue>& values = m_xdata->back().values;
-    const int code = g.code;
-    if ((code >= 1000 && code <= 1009)) {
-        values.push_back(ZcDbXDataValue::string(m_strings.get(g.text), code));
-    } else if (code >= 1010 && code <= 1019) {
-        values.push_back(ZcDbXDataValue::point({ finiteOr(g.toDouble(), 0.0), 0.0, 0.0 }, code));
-    } else if (code >= 1020 && code <= 1039) {
-        // The y or z of the point the matching 101x group began.
-        const int axis = code >= 1030 ? 2 : 1;
-        if (!values.empty() && values.back().code == code - 10 * axis)
-            values.back().value[axis] = finiteOr(g.toDouble(), 0.0);
-    } else if (code >= 1040 && code <= 1042) {
-        values.push_back(ZcDbXDataValue::real(finiteOr(g.toDouble(), 0.0), code));
-    } else if (code == 1070 || code == 1071) {
-        values.push_back(ZcDbXDataValue::integer(qint32(g.toInt()), code));
+}
+
+std::shared_ptr<const std::vector<ZcDbXDataApp>> DxfEntityParser::makeXData()
+{
+    if (m_xdataGroups.empty())
+        return nullptr;
+    if (auto shared = m_strings.sharedXData(m_xdataKey))
+        return shared;
+    auto apps = std::make_shared<std::vector<ZcDbXDataApp>>();
+    for (const DxfGroup& g : m_xdataGroups) {
+        if (g.code == 1001) {
+            apps->push_back({ m_strings.get(g.text), {} });
+            continue;
+        }
+        std::vector<ZcDbXDataValue>& values = apps->back().values;
+        const int code = g.code;
+        if ((code >= 1000 && code <= 1009)) {
+            values.push_back(ZcDbXDataValue::string(m_strings.get(g.text), code));
+        } else if (code >= 1010 && code <= 1019) {
+            values.push_back(ZcDbXDataValue::point({ finiteOr(g.toDouble(), 0.0), 0.0, 0.0 }, code));
+        } else if (code >= 1020 && code <= 1039) {
+            // The y or z of the point the matching 101x group began.
+            const int axis = code >= 1030 ? 2 : 1;
+            if (!values.empty() && values.back().code == code - 10 * axis)
+                values.back().value[axis] = finiteOr(g.toDouble(), 0.0);
+        } else if (code >= 1040 && code <= 1042) {
+            values.push_back(ZcDbXDataValue::real(finiteOr(g.toDouble(), 0.0), code));
+        } else if (code == 1070 || code == 1071) {
+            values.push_back(ZcDbXDataValue::integer(qint32(g.toInt()), code));
+        }
     }
+    m_strings.keepXData(m_xdataKey, apps);
+    return apps;
 }
 
 QString DxfEntityParser::blockName() const
@@ -267,8 +322,8 @@ void DxfEntityParser::applyCommon(ZcDbEntity& entity)
     entity.setColorIndex(quint16(color <= 256 ? color : 256));
     if (m_trueColor >= 0)
         entity.setTrueColor(quint32(m_trueColor));
-    if (m_xdata)
-        entity.setXDataAll(std::move(m_xdata));
+    if (auto xdata = makeXData())
+        entity.setXDataAll(std::move(xdata));
 }
 
 std::unique_ptr<ZcDbEntity> DxfEntityParser::buildText()
@@ -335,7 +390,7 @@ std::unique_ptr<ZcDbEntity> DxfEntityParser::build()
         reference->setScaleFactors({ m_r41, m_r42, m_r43 });
         reference->setRotation(radians(m_a50));
         entity = std::move(reference);
-    } else if (m_xdata) {
+    } else if (!m_xdataGroups.empty()) {
         entity
             = std::make_unique<ZcDbProxyEntity>(QString::fromLatin1(m_type.data(), qsizetype(m_type.size())));
     } else {

@@ -27,6 +27,10 @@ public:
     { }
     QString get(std::string_view bytes);
     QString decode(std::string_view bytes);
+    // The extended data read before from groups whose bytes were `key`; null when
+    // new. Entities of a drawing mostly repeat a few lists, which are kept once.
+    std::shared_ptr<const std::vector<ZcDbXDataApp>> sharedXData(const std::string& key);
+    void keepXData(const std::string& key, std::shared_ptr<const std::vector<ZcDbXDataApp>> xdata);
 
 private:
     struct Hash
@@ -34,8 +38,21 @@ private:
         using is_transparent = void;
         size_t operator()(std::string_view s) const { return std::hash<std::string_view> {}(s); }
     };
+    // Whether a full pool still earns its look-ups: in a drawing whose texts
+    // rarely repeat (every pipe its own code) it stops looking.
+    struct Use
+    {
+        size_t hitsWhenFull = 0;
+        size_t missesWhenFull = 0;
+        bool off = false;
+        void count(bool full, bool hit);
+    };
+
     DxfTextCodec& m_codec;
+    Use m_poolUse;
+    Use m_xdataPoolUse;
     std::unordered_map<std::string, QString, Hash, std::equal_to<>> m_pool;
+    std::unordered_map<std::string, std::shared_ptr<const std::vector<ZcDbXDataApp>>> m_xdataPool;
 };
 
 class DxfEntityParser
@@ -63,6 +80,7 @@ public:
 private:
     void take(const DxfGroup& group);
     void takeXData(const DxfGroup& group);
+    std::shared_ptr<const std::vector<ZcDbXDataApp>> makeXData();
     void applyCommon(ZcDbEntity& entity);
     std::unique_ptr<ZcDbEntity> buildText();
 
@@ -98,5 +116,8 @@ private:
     int m_i73 = 0;
     int m_i74 = 0;
     std::vector<ZcDbPolyline::Vertex> m_vertices;
-    std::unique_ptr<std::vector<ZcDbXDataApp>> m_xdata;
+    // The extended data groups from the first application name (1001) on, and
+    // their bytes as the key under which equal lists are shared.
+    std::vector<DxfGroup> m_xdataGroups;
+    std::string m_xdataKey;
 };

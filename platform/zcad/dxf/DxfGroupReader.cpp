@@ -1,5 +1,7 @@
 #include "DxfGroupReader.h"
 
+#include "DxfFileStream.h"
+
 #include <charconv>
 #include <cstring>
 
@@ -98,6 +100,42 @@ qint64 DxfGroup::toInt(bool* ok) const
 
 DxfGroupReader::DxfGroupReader(std::string_view data)
     : m_data(data)
+    , m_end(data.size())
+{
+    detectFormat();
+}
+
+DxfGroupReader::DxfGroupReader(DxfFileStream& stream)
+    : m_data(stream.range())
+    , m_stream(&stream)
+{
+    m_end = stream.fill(kSentinelSize);
+    m_data = m_data.substr(0, stream.range().size());
+    detectFormat();
+    // Binary groups are short and rare in practice: those files are read whole.
+    if (m_binary) {
+        m_end = stream.fill(m_data.size());
+        m_data = m_data.substr(0, m_end);
+    }
+}
+
+bool DxfGroupReader::readMore()
+{
+    if (!m_stream || m_end >= m_data.size())
+        return false;
+    m_end = m_stream->fill(m_end + 1);
+    // A file that grew shorter since it was opened ends where its bytes end.
+    m_data = m_data.substr(0, m_stream->range().size());
+    return true;
+}
+
+void DxfGroupReader::releaseBeforeLastGroup()
+{
+    if (m_stream)
+        m_stream->release(m_lastStart);
+}
+
+void DxfGroupReader::detectFormat()
 {
     if (m_data.size() >= kSentinelSize
         && m_data.substr(kSentinelSize - kSentinelTail.size(), kSentinelTail.size()) == kSentinelTail) {
@@ -140,8 +178,13 @@ bool DxfGroupReader::readLine(std::string_view& line)
     if (m_position >= m_data.size())
         return false;
     const char* begin = m_data.data() + m_position;
-    const size_t left = m_data.size() - m_position;
+    size_t left = m_end - m_position;
     const void* newline = std::memchr(begin, '\n', left);
+    while (!newline && readMore()) {
+        const size_t searched = left;
+        left = m_end - m_position;
+        newline = std::memchr(begin + searched, '\n', left - searched);
+    }
     const size_t length = newline ? size_t(static_cast<const char*>(newline) - begin) : left;
     m_position += newline ? length + 1 : length;
     ++m_line;
@@ -154,6 +197,7 @@ bool DxfGroupReader::readLine(std::string_view& line)
 bool DxfGroupReader::nextText(DxfGroup& group)
 {
     std::string_view codeLine;
+    m_lastStart = m_position;
     // Blank lines between groups (a trailing newline at the end, say) are no group.
     do {
         if (!readLine(codeLine))

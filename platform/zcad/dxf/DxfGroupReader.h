@@ -8,6 +8,8 @@
 
 #include <string_view>
 
+class DxfFileStream;
+
 struct DxfGroup
 {
     int code = 0;
@@ -27,6 +29,8 @@ class DxfGroupReader
 {
 public:
     explicit DxfGroupReader(std::string_view data);
+    // Reads the bytes of `stream` as they are needed.
+    explicit DxfGroupReader(DxfFileStream& stream);
 
     bool isBinary() const { return m_binary; }
     // The next group; false at the end of the data or on a malformed group (then
@@ -40,15 +44,24 @@ public:
     // The line (text DXF) or byte offset (binary DXF) reached.
     qint64 position() const { return m_binary ? qint64(m_position) : m_line; }
     size_t bytesLeft() const { return m_data.size() - m_position; }
+    // Nothing before the group last returned is looked at again (the views of
+    // earlier groups may then be gone).
+    void releaseBeforeLastGroup();
 
 private:
     bool nextText(DxfGroup& group);
     bool nextBinary(DxfGroup& group);
     bool readLine(std::string_view& line);
     bool fail(const QString& message);
+    void detectFormat();
+    bool readMore();
 
     std::string_view m_data;
     size_t m_position = 0;
+    // Bytes readable so far (all of m_data without a stream).
+    size_t m_end = 0;
+    size_t m_lastStart = 0;
+    DxfFileStream* m_stream = nullptr;
     qint64 m_line = 0;
     bool m_binary = false;
     bool m_shortCodes = false;

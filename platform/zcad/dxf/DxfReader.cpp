@@ -1,6 +1,7 @@
 #include "DxfReader.h"
 
 #include "DxfEntityParser.h"
+#include "DxfFileStream.h"
 #include "DxfGroupReader.h"
 #include "DxfTextCodec.h"
 #include "ZcDbBlockReference.h"
@@ -13,8 +14,9 @@
 
 struct DxfReader::State
 {
-    State(std::string_view data, ZcDbDatabase& db)
-        : reader(data)
+    template <typename Source>
+    State(Source& source, ZcDbDatabase& db)
+        : reader(source)
         , strings(codec)
         , entity(strings)
         , child(strings)
@@ -208,6 +210,8 @@ bool DxfReader::State::readEntities(ZcDbBlockTableRecord* target, std::string_vi
             return false;
         if (group.code == 999)
             continue;
+        // What the entities before this one were read from is done with.
+        reader.releaseBeforeLastGroup();
         if (group.is(end)) {
             // The end marker may carry groups of its own (ENDBLK has a handle).
             return skipToGroupZero();
@@ -308,8 +312,24 @@ Zcad::ErrorStatus DxfReader::fail(Zcad::ErrorStatus status, const QString& messa
 
 Zcad::ErrorStatus DxfReader::read(std::string_view data, ZcDbDatabase& database)
 {
+    std::string_view source = data;
+    State state(source, database);
+    return read(state);
+}
+
+Zcad::ErrorStatus DxfReader::read(DxfFileStream& stream, ZcDbDatabase& database)
+{
+    State state(stream, database);
+    const Zcad::ErrorStatus status = read(state);
+    if (stream.failed())
+        return fail(Zcad::eFileAccessErr, stream.error());
+    return status;
+}
+
+Zcad::ErrorStatus DxfReader::read(State& state)
+{
     m_error.clear();
-    State state(data, database);
+    ZcDbDatabase& database = state.database;
     DxfGroupReader& reader = state.reader;
     ZcDbBlockTableRecord* modelSpace = database.ensureBlock(QString::fromUtf16(ZCDB_MODEL_SPACE));
     database.ensureBlock(QString::fromUtf16(ZCDB_PAPER_SPACE));

@@ -1,0 +1,72 @@
+#include "DxfFileStream.h"
+
+#include <algorithm>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace {
+// Read ahead in pieces of this size; give back in pieces at least as large.
+constexpr size_t kPiece = size_t(1) << 20;
+
+size_t pageSize()
+{
+    static const size_t size = size_t(sysconf(_SC_PAGESIZE));
+    return size;
+}
+} // namespace
+
+DxfFileStream::~DxfFileStream()
+{
+    if (m_base)
+        munmap(m_base, m_mapped);
+}
+
+bool DxfFileStream::open(const QString& fileName)
+{
+    m_file.setFileName(fileName);
+    if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        m_error = m_file.errorString();
+        return false;
+    }
+    m_size = size_t(std::max<qint64>(m_file.size(), 0));
+    if (m_size == 0)
+        return true;
+    // Address space only: pages take memory when filled.
+    void* base
+        = mmap(nullptr, m_size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (base == MAP_FAILED) {
+        m_size = 0;
+        m_error = QStringLiteral("not enough memory for the file");
+        return false;
+    }
+    m_base = static_cast<char*>(base);
+    m_mapped = m_size;
+    return true;
+}
+
+size_t DxfFileStream::fill(size_t wanted)
+{
+    wanted = std::min(std::max(wanted, m_filled + kPiece), m_size);
+    while (m_filled < wanted && !failed()) {
+        const qint64 got = m_file.read(m_base + m_filled, qint64(wanted - m_filled));
+        if (got <= 0) {
+            // Shorter than it was when opened, or unreadable: what there is counts.
+            if (got < 0)
+                m_error = m_file.errorString();
+            m_size = m_filled;
+            break;
+        }
+        m_filled += size_t(got);
+    }
+    return m_filled;
+}
+
+void DxfFileStream::release(size_t offset)
+{
+    const size_t end = std::min(offset, m_filled) / pageSize() * pageSize();
+    if (end < m_released + kPiece)
+        return;
+    madvise(m_base + m_released, end - m_released, MADV_DONTNEED);
+    m_released = end;
+}
