@@ -2,6 +2,7 @@
 // fill and first paint) against filling the bare grid with the same rows; the same
 // opening with a working drawing of 20 MB and of 100 MB, whose scan is part of it;
 // and the usage scan of ten other floors' drawings of about 20 MB each.
+#include "BenchProject.h"
 #include "CISysCode.h"
 #include "CSysCodeData.h"
 #include "CTreeListCtrl.h"
@@ -25,50 +26,17 @@
 #include <memory>
 
 namespace {
-constexpr int kTop = 10;
-constexpr int kMiddle = 30; // per top code
-constexpr int kLeaves = 32; // per middle code: 10 + 300 + 9,600 = 9,910 codes
 constexpr int kFloors = 10;
 constexpr qint64 kFloorBytes = 20LL * 1024 * 1024;
 
-CSysCodeData* addCode(CSysCodeData& parent, const QString& name, int colour)
-{
-    auto* node = new CSysCodeData;
-    node->SetNodeName(name);
-    node->SetMfcColor(COLORREF(colour * 2654435761u) & 0xFFFFFF);
-    node->SetLineWidth(30);
-    node->SetLineStyle(QStringLiteral("按字符"));
-    node->SetLineString(QStringLiteral("WL"));
-    node->SetAddedMsg(QStringLiteral("电气\\配管\\SC%1").arg(colour % 50));
-    node->SetDescribe(QStringLiteral("备注%1").arg(colour));
-    int counter = 0;
-    parent.AddDataToChild(counter, node, false);
-    return node;
-}
-
-CSysCodeData makeTree()
-{
-    CSysCodeData root;
-    int n = 0;
-    for (int t = 0; t < kTop; ++t) {
-        CSysCodeData* top = addCode(root, QStringLiteral("系统%1").arg(t), ++n);
-        for (int m = 0; m < kMiddle; ++m) {
-            CSysCodeData* middle = addCode(*top, QStringLiteral("WL%1").arg(m), ++n);
-            for (int l = 0; l < kLeaves; ++l)
-                addCode(*middle, QStringLiteral("回路%1").arg(l), ++n);
-        }
-    }
-    return root;
-}
-
 // The project every benchmark works on, made once.
-struct BenchProject
+struct DialogBenchProject
 {
     QTemporaryDir dir;
     CSysCodeData tree;
     qint64 floorBytes = 0;
 
-    BenchProject()
+    DialogBenchProject()
     {
         QvKsDataMng::CreateProject(dir.path(), QStringLiteral("基准"));
         QString sql = QStringLiteral("INSERT INTO spec(spec_id, name, ord) VALUES (3, '电气', 1);"
@@ -79,7 +47,8 @@ struct BenchProject
                 "INSERT INTO floor(floor_id, name, ord, dwg_file) VALUES (%1, 'F%1', %1, 'F%1.dxf');")
                        .arg(f);
         QvKsDataMng::RunScript(sql);
-        CSysCodeData root = makeTree();
+        CSysCodeData root;
+        MakeBenchCodeTree(root);
         CISysCode::SetSpecCodeInfos(root, QStringLiteral("电气"));
         CISysCode::GetSpecCodeInfos(tree, QStringLiteral("电气"));
     }
@@ -105,9 +74,9 @@ struct BenchProject
     }
 };
 
-BenchProject& project()
+DialogBenchProject& project()
 {
-    static BenchProject p;
+    static DialogBenchProject p;
     return p;
 }
 
@@ -249,16 +218,3 @@ void BM_ScanOtherFloors(benchmark::State& state)
 }
 BENCHMARK(BM_ScanOtherFloors)->Unit(benchmark::kSecond)->Iterations(2);
 } // namespace
-
-int main(int argc, char** argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_LOGGING_RULES", "default.warning=false");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    QvKsDataMng::CloseProject();
-    return 0;
-}
