@@ -12,11 +12,12 @@
 #include <QVBoxLayout>
 
 CCodeUsageDlg::CCodeUsageDlg(std::function<QList<CodeUsageRow>()> rows, std::function<void()> scanAll,
-    bool allFloorsScanned, QWidget* parent)
+    bool allFloorsScanned, const QString& current, QWidget* parent)
     : QDialog(parent)
     , m_rows(std::move(rows))
     , m_scanAll(std::move(scanAll))
     , m_allFloorsScanned(allFloorsScanned)
+    , m_current(current)
 {
     setWindowTitle(QStringLiteral("使用情况"));
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -70,6 +71,10 @@ void CCodeUsageDlg::Fill()
             = QString(2 * (row.level - 1), QLatin1Char(' ')) + row.fullName.section(QLatin1Char('\\'), -1);
         auto* item = new QTreeWidgetItem(m_list, { name, QString::number(row.count), row.floors });
         item->setToolTip(0, row.fullName);
+        if (row.fullName == m_current) {
+            m_list->setCurrentItem(item);
+            m_list->scrollToItem(item);
+        }
         if (!row.saved) {
             item->setText(2, QStringLiteral("未保存"));
         } else if (row.count == 0) {

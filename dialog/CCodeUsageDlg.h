@@ -26,9 +26,10 @@ class CCodeUsageDlg : public QDialog
 {
     Q_OBJECT
 public:
-    // `scanAll` reads the other floors and gives the rows again.
+    // `scanAll` reads the other floors; the rows are then asked for again. The row of
+    // `current` (a full name) is selected and shown.
     CCodeUsageDlg(std::function<QList<CodeUsageRow>()> rows, std::function<void()> scanAll,
-        bool allFloorsScanned, QWidget* parent = nullptr);
+        bool allFloorsScanned, const QString& current, QWidget* parent = nullptr);
 
     int DoModal();
 
@@ -39,6 +40,7 @@ private:
     std::function<QList<CodeUsageRow>()> m_rows;
     std::function<void()> m_scanAll;
     bool m_allFloorsScanned;
+    QString m_current;
     QTreeWidget* m_list = nullptr;
     QLabel* m_summary = nullptr;
     QPushButton* m_scanButton = nullptr;

@@ -155,7 +155,7 @@ void SysCodeDlg::ShowCodeUsage()
                 m_bOtherFloorsScanned = true;
             }
         },
-        m_bOtherFloorsScanned, this);
+        m_bOtherFloorsScanned, GetRowFullName(m_tree.GetCaretItem()), this);
     dialog.DoModal();
 }
 

@@ -126,10 +126,15 @@ TEST_F(UsageScanTest, TheUsageViewCountsEachCodePerFloorAndScansTheOthersOnReque
         }
         return rows;
     };
+    dlg->m_tree.SelectItem(dlg->FindRowByFullName(QStringLiteral("动力")));
     QStringList before;
     QStringList after;
+    QString current;
     ModalDriver driver([&](QDialog* view) {
         before = read(view);
+        const QTreeWidgetItem* item
+            = qobject_cast<QTreeWidget*>(GetDlgItem(view, IDC_USAGE_LIST))->currentItem();
+        current = item ? item->text(0).trimmed() : QString();
         QTest::mouseClick(GetDlgItem(view, IDC_USAGE_SCAN_ALL), Qt::LeftButton);
         after = read(view);
         EXPECT_FALSE(GetDlgItem(view, IDC_USAGE_SCAN_ALL)->isEnabled());
@@ -144,6 +149,7 @@ TEST_F(UsageScanTest, TheUsageViewCountsEachCodePerFloorAndScansTheOthersOnReque
         (QStringList { "已使用 4 个，未使用 1 个，已扫描全部楼层", "照明|2|1F 1，B1 1", "WL1|1|1F 1",
             "一层|0|未使用", "动力|2|B1 2", "插座|1|2F 1" }));
     EXPECT_TRUE(dlg->m_bOtherFloorsScanned);
+    EXPECT_EQ(current, QStringLiteral("动力")); // the grid's current code
 }
 
 } // namespace
