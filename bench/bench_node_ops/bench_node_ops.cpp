@@ -26,6 +26,20 @@ void ExpandAll(CTreeListCtrl& grid, HTREEITEM row)
     }
 }
 
+// The first top code and its middle codes, where every benchmark works.
+HTREEITEM TopRow(const CTreeListCtrl& grid)
+{
+    return grid.GetChildItem(grid.GetRootItem());
+}
+
+HTREEITEM MiddleRow(const CTreeListCtrl& grid, int i)
+{
+    HTREEITEM row = grid.GetChildItem(TopRow(grid));
+    while (row && i-- > 0)
+        row = grid.GetNextSiblingItem(row);
+    return row;
+}
+
 // The dialog open on the benchmark specialty, tall enough that a subtree and the
 // code after it are both on screen.
 struct OpenDialog
@@ -52,14 +66,8 @@ struct OpenDialog
         // of a single delete.
         dlg.IsCodeIndexUsed(QStringLiteral("0\\0"));
     }
-    HTREEITEM Top() const { return grid.GetChildItem(grid.GetRootItem()); }
-    HTREEITEM Middle(int i) const
-    {
-        HTREEITEM row = grid.GetChildItem(Top());
-        while (row && i-- > 0)
-            row = grid.GetNextSiblingItem(row);
-        return row;
-    }
+    HTREEITEM Top() const { return TopRow(grid); }
+    HTREEITEM Middle(int i) const { return MiddleRow(grid, i); }
     // What the event loop does next: paints whatever the operation left dirty.
     static void Repaint() { QApplication::processEvents(); }
     void Command(HTREEITEM row, int command)
@@ -114,14 +122,8 @@ struct BareGrid
         grid.show();
         QApplication::processEvents();
     }
-    HTREEITEM Top() const { return grid.GetChildItem(grid.GetRootItem()); }
-    HTREEITEM Middle(int i) const
-    {
-        HTREEITEM row = grid.GetChildItem(Top());
-        while (row && i-- > 0)
-            row = grid.GetNextSiblingItem(row);
-        return row;
-    }
+    HTREEITEM Top() const { return TopRow(grid); }
+    HTREEITEM Middle(int i) const { return MiddleRow(grid, i); }
     static void Repaint() { QApplication::processEvents(); }
 };
 
@@ -131,29 +133,41 @@ void Shown(benchmark::State& state, const CTreeListCtrl& grid)
     state.counters["codes"] = kBenchCodes;
 }
 
-void BM_AddSibling(benchmark::State& state)
+// Runs `command` on the row `at` names and, untimed, deletes the row it made.
+void RunAndRemoveNewRow(
+    benchmark::State& state, int command, HTREEITEM (*at)(const OpenDialog&), bool copyFirst = false)
 {
     OpenDialog open(state.range(0));
+    if (copyFirst)
+        open.Command(open.Middle(0), ID_MENU_COPY);
     for (auto _ : state) {
-        open.Command(open.Middle(0), ID_MENU_ADD_SIBLING);
+        open.Command(at(open), command);
         state.PauseTiming();
         open.grid.DeleteItem(open.grid.GetSelectedItem());
         state.ResumeTiming();
     }
     Shown(state, open.grid);
 }
+
+HTREEITEM FirstMiddle(const OpenDialog& open)
+{
+    return open.Middle(0);
+}
+
+HTREEITEM FirstTop(const OpenDialog& open)
+{
+    return open.Top();
+}
+
+void BM_AddSibling(benchmark::State& state)
+{
+    RunAndRemoveNewRow(state, ID_MENU_ADD_SIBLING, FirstMiddle);
+}
 BENCHMARK(BM_AddSibling)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 void BM_AddChild(benchmark::State& state)
 {
-    OpenDialog open(state.range(0));
-    for (auto _ : state) {
-        open.Command(open.Top(), ID_MENU_ADD_CHILD);
-        state.PauseTiming();
-        open.grid.DeleteItem(open.grid.GetSelectedItem());
-        state.ResumeTiming();
-    }
-    Shown(state, open.grid);
+    RunAndRemoveNewRow(state, ID_MENU_ADD_CHILD, FirstTop);
 }
 BENCHMARK(BM_AddChild)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
@@ -176,15 +190,7 @@ BENCHMARK(BM_BareInsertRow)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 void BM_PasteSubtree(benchmark::State& state)
 {
-    OpenDialog open(state.range(0));
-    open.Command(open.Middle(0), ID_MENU_COPY);
-    for (auto _ : state) {
-        open.Command(open.Middle(0), ID_MENU_PASTE);
-        state.PauseTiming();
-        open.grid.DeleteItem(open.grid.GetSelectedItem());
-        state.ResumeTiming();
-    }
-    Shown(state, open.grid);
+    RunAndRemoveNewRow(state, ID_MENU_PASTE, FirstMiddle, true);
 }
 BENCHMARK(BM_PasteSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
