@@ -9,6 +9,7 @@
 #include "ModalDriver.h"
 #include "QvKsCADColorTool.h"
 #include "Resource.h"
+#include "ShownDialog.h"
 #include "SysCodeDlg.h"
 #include "TestProject.h"
 
@@ -37,19 +38,8 @@ protected:
     void SetUp() override { ASSERT_TRUE(project.isOpen()); }
     void TearDown() override { QvKsCADColorTool::SetColorDialogHandler({}); }
 
-    std::unique_ptr<SysCodeDlg> open()
-    {
-        auto dlg = std::make_unique<SysCodeDlg>();
-        dlg->m_strSpec = QStringLiteral("电气");
-        dlg->OnInitDialog();
-        dlg->show();
-        QCoreApplication::processEvents();
-        return dlg;
-    }
-    static CTreeListCtrl& grid(SysCodeDlg& dlg)
-    {
-        return *qobject_cast<CTreeListCtrl*>(GetDlgItem(&dlg, IDC_TREE_SYSCODE));
-    }
+    std::unique_ptr<SysCodeDlg> open() { return OpenShownDialog(QStringLiteral("电气")); }
+    static CTreeListCtrl& grid(SysCodeDlg& dlg) { return GridOf(dlg); }
     static HTREEITEM row(SysCodeDlg& dlg, const QString& name)
     {
         CTreeListCtrl& g = grid(dlg);

@@ -11,6 +11,7 @@
 #include "QvKsCADColorTool.h"
 #include "QvKsDataMng.h"
 #include "Resource.h"
+#include "ShownDialog.h"
 #include "SysCodeDlg.h"
 #include "TestProject.h"
 #include "ZcDbBlockTable.h"
@@ -47,19 +48,8 @@ protected:
         zcedSSClearQueue();
     }
 
-    std::unique_ptr<SysCodeDlg> open(const QString& spec = kSpecElec)
-    {
-        auto dlg = std::make_unique<SysCodeDlg>();
-        dlg->m_strSpec = spec;
-        dlg->OnInitDialog();
-        dlg->show();
-        QCoreApplication::processEvents();
-        return dlg;
-    }
-    static CTreeListCtrl& grid(SysCodeDlg& dlg)
-    {
-        return *qobject_cast<CTreeListCtrl*>(GetDlgItem(&dlg, IDC_TREE_SYSCODE));
-    }
+    std::unique_ptr<SysCodeDlg> open(const QString& spec = kSpecElec) { return OpenShownDialog(spec); }
+    static CTreeListCtrl& grid(SysCodeDlg& dlg) { return GridOf(dlg); }
     static HTREEITEM row(SysCodeDlg& dlg, const QString& fullName) { return dlg.FindRowByFullName(fullName); }
     static void clickCell(SysCodeDlg& dlg, HTREEITEM item, int column)
     {

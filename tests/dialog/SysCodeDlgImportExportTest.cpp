@@ -1,5 +1,6 @@
 // "导出" and "导入" as a user drives them: the file dialogs they open, the files they
 // write and read, the store and grid afterwards, and what the user is told.
+#include "ShownDialog.h"
 #include "SysCodeDlg.h"
 
 #include "CISysCode.h"
@@ -81,20 +82,8 @@ class SysCodeDlgImportExportTest : public ::testing::Test
 protected:
     void SetUp() override { ASSERT_TRUE(project.isOpen()); }
 
-    std::unique_ptr<SysCodeDlg> open()
-    {
-        auto dlg = std::make_unique<SysCodeDlg>();
-        dlg->m_strSpec = kElectrical;
-        dlg->m_bAllowImportExport = true;
-        dlg->OnInitDialog();
-        dlg->show();
-        QCoreApplication::processEvents();
-        return dlg;
-    }
-    static CTreeListCtrl& grid(SysCodeDlg& dlg)
-    {
-        return *qobject_cast<CTreeListCtrl*>(GetDlgItem(&dlg, IDC_TREE_SYSCODE));
-    }
+    std::unique_ptr<SysCodeDlg> open() { return OpenShownDialog(kElectrical, QString(), true); }
+    static CTreeListCtrl& grid(SysCodeDlg& dlg) { return GridOf(dlg); }
     static QStringList topNames(SysCodeDlg& dlg)
     {
         QStringList names;

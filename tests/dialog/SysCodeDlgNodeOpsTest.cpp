@@ -6,6 +6,7 @@
 #include "MessageBoxRecorder.h"
 #include "QvKsColorTool.h"
 #include "Resource.h"
+#include "ShownDialog.h"
 #include "SysCodeDlg.h"
 #include "TestProject.h"
 
@@ -27,10 +28,7 @@ protected:
 
     std::unique_ptr<SysCodeDlg> open(const QString& spec = QStringLiteral("电气"))
     {
-        auto dlg = std::make_unique<SysCodeDlg>();
-        dlg->m_strSpec = spec;
-        dlg->OnInitDialog();
-        dlg->show();
+        auto dlg = OpenShownDialog(spec);
         dlg->m_tree.Expand(dlg->m_tree.GetRootItem(), TVE_EXPAND);
         for (HTREEITEM r = dlg->m_tree.GetChildItem(dlg->m_tree.GetRootItem()); r;
              r = dlg->m_tree.GetNextSiblingItem(r))

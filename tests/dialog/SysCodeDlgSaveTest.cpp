@@ -1,6 +1,7 @@
 // Closing the management dialog and switching specialty as a user does: what is
 // asked, what the store then holds, which commands reach the drawing, and that a
 // refused save loses nothing.
+#include "ShownDialog.h"
 #include "SysCodeDlg.h"
 
 #include "CISysCode.h"
@@ -52,19 +53,8 @@ protected:
         zcDocManagerPtr()->destroyDocument(document);
     }
 
-    std::unique_ptr<SysCodeDlg> open(const QString& spec = kElectrical)
-    {
-        auto dlg = std::make_unique<SysCodeDlg>();
-        dlg->m_strSpec = spec;
-        dlg->OnInitDialog();
-        dlg->show();
-        QCoreApplication::processEvents();
-        return dlg;
-    }
-    static CTreeListCtrl& grid(SysCodeDlg& dlg)
-    {
-        return *qobject_cast<CTreeListCtrl*>(GetDlgItem(&dlg, IDC_TREE_SYSCODE));
-    }
+    std::unique_ptr<SysCodeDlg> open(const QString& spec = kElectrical) { return OpenShownDialog(spec); }
+    static CTreeListCtrl& grid(SysCodeDlg& dlg) { return GridOf(dlg); }
     static HTREEITEM topRow(SysCodeDlg& dlg, const QString& name)
     {
         CTreeListCtrl& g = grid(dlg);

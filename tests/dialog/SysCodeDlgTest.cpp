@@ -7,6 +7,7 @@
 #include "MessageBoxRecorder.h"
 #include "QvKsDataMng.h"
 #include "Resource.h"
+#include "ShownDialog.h"
 #include "TestProject.h"
 #include "WinMessage.h"
 #include "WinMessageBox.h"
@@ -29,14 +30,7 @@ protected:
     std::unique_ptr<SysCodeDlg> open(
         const QString& spec, const QString& selCode = QString(), bool importExport = false)
     {
-        auto dlg = std::make_unique<SysCodeDlg>();
-        dlg->m_strSpec = spec;
-        dlg->m_strSelCode = selCode;
-        dlg->m_bAllowImportExport = importExport;
-        dlg->OnInitDialog();
-        dlg->show();
-        QCoreApplication::processEvents();
-        return dlg;
+        return OpenShownDialog(spec, selCode, importExport);
     }
     static QWidget* control(SysCodeDlg& dlg, int id) { return GetDlgItem(&dlg, id); }
     static CTreeListCtrl& grid(SysCodeDlg& dlg)
