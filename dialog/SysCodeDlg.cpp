@@ -136,6 +136,7 @@ void SysCodeDlg::BuildMessageMap()
     connect(&m_tree, &CTreeListCtrl::dragDrop, this, &SysCodeDlg::OnDrop);
     ConnectNodeKeys();
     ConnectCodeUsage();
+    ConnectFind();
 }
 
 void SysCodeDlg::UpdateData(bool bSaveAndValidate)

@@ -29,6 +29,7 @@ class QAbstractButton;
 class QCheckBox;
 struct CodeUsageRow;
 class QLabel;
+class QLineEdit;
 class QMenu;
 class ZcDbDatabase;
 class ZcDbText;
@@ -172,6 +173,14 @@ protected:
     HTREEITEM CopySubtreeAfter(HTREEITEM source, HTREEITEM target);
     bool IsOverGrid(const QPoint& screenPos) const;
     void EndDrag();
+    // Finding codes (Ctrl+F).
+    void ConnectFind();
+    void PlaceFind();
+    void OpenFind();
+    void ApplyFind(const QString& text);
+    void FindNext();
+    void CloseFind();
+    bool RowMatches(HTREEITEM row, const QString& text) const;
     // The node operations' keys on the grid.
     void ConnectNodeKeys();
     void RunKeyCommand(int commandId);
@@ -271,6 +280,9 @@ private:
     int GetSubtreeDepth(HTREEITEM row) const;
 
     QCheckBox* m_checkDispAddedMsg = nullptr;
+    QLineEdit* m_findEdit = nullptr;
+    // The rows open when the find field opened, opened again when it closes.
+    std::vector<HTREEITEM> m_findExpanded;
     // The dragged row's picture, following the pointer while a drag runs.
     std::unique_ptr<QLabel> m_dragImage;
     bool m_bInitialised = false;

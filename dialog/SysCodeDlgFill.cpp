@@ -16,6 +16,7 @@
 #include "ZcDbHostApplicationServices.h"
 
 #include <QCheckBox>
+#include <QLineEdit>
 
 bool SysCodeDlg::OnInitDialog()
 {
@@ -107,6 +108,9 @@ void SysCodeDlg::SetGridStyles()
 
 void SysCodeDlg::FillSysCodeTree(const QString& spec)
 {
+    // Another specialty's rows are not what was being looked for.
+    if (m_findEdit && m_findEdit->isVisible())
+        CloseFind();
     const bool withPipeColumns = IsElectricalSpec(spec);
     m_tree.SetRedraw(false);
     m_tree.DeleteColumn(0); // every row, then every column

@@ -14,6 +14,7 @@
 #include <QPixmap>
 #include <QTreeView>
 
+#include <functional>
 #include <map>
 #include <set>
 
@@ -99,6 +100,10 @@ public:
     // change runs and resumes when the outermost change ends.
     BOOL Expand(HTREEITEM item, UINT code);
     bool IsItemExpanded(HTREEITEM item) const;
+    // Shows only the items `shown` answers true for and their ancestors; rows and row
+    // numbers then count only those. An empty function shows every item again.
+    void SetRowFilter(const std::function<bool(HTREEITEM)>& shown);
+    bool IsRowFilterOn() const { return m_filterOn; }
     // Suspends (false) or resumes (true) painting; nests with Expand.
     void SetRedraw(bool redraw);
     bool IsPaintingSuspended() const { return m_redrawLocks > 0; }
@@ -209,6 +214,7 @@ private:
     QPoint m_pressPos;
     bool m_pressOnCaret = false;
     bool m_dragging = false;
+    bool m_filterOn = false;
     int m_redrawLocks = 0;
     DWORD m_style = TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT;
     DWORD m_exStyle = 0;

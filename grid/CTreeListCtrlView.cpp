@@ -73,6 +73,30 @@ void CTreeListCtrl::SetRedraw(bool redraw)
     }
 }
 
+void CTreeListCtrl::SetRowFilter(const std::function<bool(HTREEITEM)>& shown)
+{
+    endEditIfInside(GetRootItem());
+    CTreeListItemTree& tree = m_model->tree();
+    m_filterOn = bool(shown);
+    SetRedraw(false);
+    // Children first: an item stays when it matches or keeps a child.
+    const auto visit = [&](auto&& self, HTREEITEM item) -> bool {
+        bool keep = false;
+        for (HTREEITEM child : item->children())
+            keep = self(self, child) || keep;
+        if (item == GetRootItem())
+            return true;
+        keep = keep || !m_filterOn || shown(item);
+        if (tree.setFilteredOut(item, !keep)) {
+            const QModelIndex index = m_model->indexFromItem(item);
+            setRowHidden(index.row(), index.parent(), !keep);
+        }
+        return keep;
+    };
+    visit(visit, GetRootItem());
+    SetRedraw(true);
+}
+
 void CTreeListCtrl::syncExpanded(HTREEITEM item)
 {
     if (!valid(item) || item->children().empty())

@@ -28,6 +28,8 @@ public:
     const std::vector<CTreeListItem*>& children() const { return m_children; }
     int indexInParent() const { return m_indexInParent; }
     bool isExpanded() const { return m_expanded; }
+    // Hidden by the grid's row filter: neither a row nor shown, with its subtree.
+    bool isFilteredOut() const { return m_filteredOut; }
     UINT state() const { return m_state; }
     quintptr data() const { return m_data; }
     // The cell of a column; columns never written read as an empty cell.
@@ -45,6 +47,7 @@ private:
     std::vector<CTreeListCell> m_cells;
     UINT m_state = 0;
     bool m_expanded = false;
+    bool m_filteredOut = false;
     quintptr m_data = 0;
     // Shown-row index: valid when m_rowStamp equals the tree's current stamp.
     int m_row = -1;

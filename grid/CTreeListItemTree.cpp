@@ -255,6 +255,15 @@ bool CTreeListItemTree::childrenShown(HTREEITEM item) const
     return true;
 }
 
+bool CTreeListItemTree::setFilteredOut(HTREEITEM item, bool filteredOut)
+{
+    if (item->m_filteredOut == filteredOut)
+        return false;
+    item->m_filteredOut = filteredOut;
+    invalidateRowsUnder(item->m_parent);
+    return true;
+}
+
 void CTreeListItemTree::invalidateRowsUnder(HTREEITEM parent)
 {
     if (m_rowsStale || !childrenShown(parent))
@@ -282,6 +291,8 @@ void CTreeListItemTree::ensureRows() const
             continue;
         }
         HTREEITEM child = item->m_children[next++];
+        if (child->m_filteredOut)
+            continue;
         child->m_row = int(m_rows.size());
         child->m_rowStamp = m_stamp;
         m_rows.push_back(child);

@@ -72,6 +72,8 @@ public:
     void setState(HTREEITEM item, UINT state) { item->m_state = state; }
     // Returns whether the flag changed.
     bool setExpanded(HTREEITEM item, bool expanded);
+    // Returns whether the flag changed.
+    bool setFilteredOut(HTREEITEM item, bool filteredOut);
 
     // Columns; cells follow their column when columns are inserted or deleted.
     int columnCount() const { return int(m_columns.size()); }

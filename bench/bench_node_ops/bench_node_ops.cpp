@@ -5,6 +5,8 @@
 // the top codes and the worked-on code's level shown; 1: every row shown.
 #include "BenchProject.h"
 #include "CTreeListCtrl.h"
+#include "CTreeListItem.h"
+#include "CtrlId.h"
 #include "QvKsDataMng.h"
 #include "Resource.h"
 #include "SysCodeColumns.h"
@@ -12,6 +14,7 @@
 #include "WinMessageBox.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QTest>
 #include <benchmark/benchmark.h>
 
@@ -296,6 +299,43 @@ void BM_BareDeleteSubtree(benchmark::State& state)
     Shown(state, bare.grid);
 }
 BENCHMARK(BM_BareDeleteSubtree)->Arg(0)->Arg(1)->Iterations(25)->Unit(benchmark::kMillisecond);
+
+// One keystroke in the find field (Ctrl+F): the rows filtered to the codes holding
+// the text, their parents opened, the grid repainted.
+void BM_FindKeystroke(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    open.dlg.activateWindow(); // the dialog's shortcuts answer in the active window
+    (void)QTest::qWaitForWindowActive(&open.dlg);
+    QTest::keyClick(&open.dlg, Qt::Key_F, Qt::ControlModifier);
+    auto* field = qobject_cast<QLineEdit*>(GetDlgItem(&open.dlg, IDC_FIND_TEXT));
+    if (!field || !field->isVisible()) {
+        state.SkipWithError("the find field did not open");
+        return;
+    }
+    int i = 0;
+    for (auto _ : state) {
+        field->setText(++i % 2 ? QStringLiteral("回路1") : QStringLiteral("回路2"));
+        open.Repaint();
+    }
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_FindKeystroke)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// The bare grid's filter with the same test of the name, and the repaint.
+void BM_BareRowFilter(benchmark::State& state)
+{
+    BareGrid bare(state.range(0));
+    int i = 0;
+    for (auto _ : state) {
+        const QString text = ++i % 2 ? QStringLiteral("回路1") : QStringLiteral("回路2");
+        bare.grid.SetRowFilter(
+            [&](HTREEITEM row) { return row->cell(0).text.contains(text, Qt::CaseInsensitive); });
+        bare.Repaint();
+    }
+    Shown(state, bare.grid);
+}
+BENCHMARK(BM_BareRowFilter)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 void BM_BareMoveSubtree(benchmark::State& state)
 {

@@ -55,6 +55,26 @@ TEST_F(TreeListCtrlTest, RowsAreOnlyItemsUnderExpandedAncestors)
     EXPECT_EQ(grid.GetRowFromItem(a11), -1) << "an expanded item under a collapsed one is no row";
 }
 
+TEST_F(TreeListCtrlTest, ARowFilterKeepsMatchesWithTheirParentsAndCountsOnlyThem)
+{
+    grid.Expand(a1, TVE_EXPAND);
+    HTREEITEM b1 = grid.InsertItem("B1", b);
+    grid.Expand(b, TVE_EXPAND);
+    grid.SetRowFilter([&](HTREEITEM item) { return item == a11 || item == b; });
+    EXPECT_TRUE(grid.IsRowFilterOn());
+    EXPECT_EQ(rowTexts(), QStringList({ "A", "A1", "A11", "B" }));
+    EXPECT_EQ(grid.GetRowFromItem(b1), -1);
+    EXPECT_EQ(grid.GetRowFromItem(b), 3);
+    QApplication::processEvents();
+    EXPECT_FALSE(grid.visualRect(grid.GetModel()->indexFromItem(b1)).isValid()) << "the view hides it too";
+    // A filter again from scratch, then none: every row is back.
+    grid.SetRowFilter([&](HTREEITEM item) { return item == b1; });
+    EXPECT_EQ(rowTexts(), QStringList({ "B", "B1" }));
+    grid.SetRowFilter({});
+    EXPECT_FALSE(grid.IsRowFilterOn());
+    EXPECT_EQ(rowTexts(), QStringList({ "A", "A1", "A11", "B", "B1" }));
+}
+
 TEST_F(TreeListCtrlTest, SelectedItemUnderCollapsedParentIsNoRow)
 {
     grid.SetItemState(a1, LVIS_SELECTED, LVIS_SELECTED);

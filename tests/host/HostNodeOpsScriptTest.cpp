@@ -196,3 +196,36 @@ TEST_F(NodeOpsScript, TheUsageViewAndTheDeleteRefusalNameTheFloors)
                                  "expect-title ")),
         "");
 }
+
+TEST_F(NodeOpsScript, FindKeepsMatchingCodesStepsThroughThemAndEscapeRestoresTheRows)
+{
+    EXPECT_EQ(
+        Run(QStringLiteral(
+            "command bhgl\n"
+            "expand 公共照明\n"
+            "key Ctrl+F\n"
+            "type wl\n"
+            "expect-rows 公共照明 | >WL1 | >>WL1-1 | >WL2\n"
+            "key Return\n"
+            "expect-selected 公共照明&WL1\n"
+            "key Return\n"
+            "expect-selected 公共照明&WL1&WL1-1\n"
+            "key F3\n"
+            "expect-selected 公共照明&WL2\n"
+            "key Escape\n"
+            "expect-rows 公共照明 | >WL1 | >WL2 | >应急照明 | 公共插座 | 区域照明 | 机房动力 | 弱电通信\n"
+            "expect-selected 公共照明&WL2\n"
+            // Remarks and pipeline information are searched too.
+            "key Ctrl+F\n"
+            "type 消防\n"
+            "expect-rows 公共照明 | >应急照明\n"
+            "key Ctrl+A\n"
+            "key Del\n"
+            "type BV-4\n"
+            "expect-rows 公共插座 | >WX1\n"
+            "key Escape\n"
+            "cancel\n"
+            "expect-no-box\n"
+            "expect-title ")),
+        "");
+}
