@@ -82,13 +82,3 @@ void BM_ReadScn(benchmark::State& state)
 }
 BENCHMARK(BM_ReadScn)->Unit(benchmark::kMillisecond);
 } // namespace
-
-int main(int argc, char** argv)
-{
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    QvKsDataMng::CloseProject();
-    return 0;
-}

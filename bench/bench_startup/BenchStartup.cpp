@@ -143,12 +143,3 @@ BENCHMARK(BM_HostStart)
     ->UseRealTime()
     ->Iterations(3);
 } // namespace
-
-int main(int argc, char** argv)
-{
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -255,12 +255,3 @@ BENCHMARK(BM_ImportScnIntoFullSpec)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_BareXmlRead)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char** argv)
-{
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
