@@ -1,8 +1,10 @@
 #include "CTreeListCtrl.h"
 
+#include "CTreeListChanges.h"
 #include "CTreeListCombo.h"
 #include "CTreeListEdit.h"
 #include "CTreeListEditBtn.h"
+#include "CTreeListHistory.h"
 #include "CtrlId.h"
 
 #include <QHeaderView>
@@ -16,6 +18,7 @@ constexpr COLORREF kButtonTextColor = 0x000000;
 CTreeListCtrl::CTreeListCtrl(QWidget* parent)
     : QTreeView(parent)
     , m_model(new CTreeListModel(this))
+    , m_history(std::make_unique<CTreeListHistory>(*m_model))
     , m_edit(new CTreeListEdit(this, viewport()))
     , m_codeEdit(new CTreeListEdit(this, viewport()))
     , m_combo(new CTreeListCombo(this, viewport()))
@@ -53,6 +56,7 @@ CTreeListCtrl::~CTreeListCtrl()
 {
     // Editors must not report into a grid that is going away.
     m_active = nullptr;
+    m_history.reset();
 }
 
 void CTreeListCtrl::SetDlgCtrlID(int id)
@@ -127,9 +131,12 @@ int CTreeListCtrl::GetItemLevel(HTREEITEM item) const
 
 HTREEITEM CTreeListCtrl::InsertItem(const QString& text, HTREEITEM parent, HTREEITEM insertAfter)
 {
+    forgetHistoryOutsideGroup();
     HTREEITEM item = m_model->insertItem(text, parent, insertAfter);
-    if (item)
+    if (item) {
+        recordInserted(item);
         syncExpanded(item->parent());
+    }
     return item;
 }
 
@@ -140,8 +147,13 @@ BOOL CTreeListCtrl::MoveItem(HTREEITEM item, HTREEITEM newParent, HTREEITEM inse
     if (!valid(item))
         return FALSE;
     endEditIfInside(item);
+    forgetHistoryOutsideGroup();
+    const CTreeListMoveChange::Place from { item->parent(), item->indexInParent() };
     if (!m_model->moveItem(item, newParent, insertAfter))
         return FALSE;
+    const CTreeListMoveChange::Place to { item->parent(), item->indexInParent() };
+    if (m_history->IsRecording() && (from.parent != to.parent || from.position != to.position))
+        m_history->Record(std::make_unique<CTreeListMoveChange>(item, from, to));
     syncExpanded(item->parent());
     // The view lays out moved rows only on a later timer: a paint before it would
     // show the old order and the grid would paint twice. Lay out now.
@@ -167,8 +179,10 @@ HTREEITEM CTreeListCtrl::CopyItem(
         if (insertAfter == item && item->parent() == parent)
             return item; // already there: nothing to copy
     }
+    forgetHistoryOutsideGroup();
     HTREEITEM copy = m_model->copyItem(item, parent, insertAfter);
     if (copy) {
+        recordInserted(copy);
         syncExpandedSubtree(copy);
         syncExpanded(parent);
     }
@@ -206,6 +220,17 @@ BOOL CTreeListCtrl::DeleteItem(HTREEITEM item)
         return TRUE; // a handler already took it away
     if (m_dropTarget && m_model->tree().isAncestorOrSelf(item, m_dropTarget))
         m_dropTarget = nullptr;
+    if (m_pressItem && m_model->tree().isAncestorOrSelf(item, m_pressItem))
+        m_pressItem = nullptr;
+    if (m_history->IsRecording()) {
+        // Kept alive for the undo: the same handles come back.
+        HTREEITEM parent = item->parent();
+        const int position = item->indexInParent();
+        m_model->detachItem(item);
+        m_history->Record(std::make_unique<CTreeListRemoveChange>(m_model->tree(), item, parent, position));
+        return TRUE;
+    }
+    forgetHistoryOutsideGroup();
     m_model->removeItem(item);
     return TRUE;
 }
@@ -217,6 +242,12 @@ BOOL CTreeListCtrl::DeleteAllItems()
     notifyDeleted(GetRootItem());
     m_dropTarget = nullptr;
     m_pressItem = nullptr;
+    if (m_history->IsRecording()) {
+        m_history->Record(
+            std::make_unique<CTreeListRemoveAllChange>(m_model->tree(), m_model->detachAllItems()));
+        return TRUE;
+    }
+    forgetHistoryOutsideGroup();
     m_model->removeAllItems();
     return TRUE;
 }
@@ -427,6 +458,8 @@ BOOL CTreeListCtrl::SetItemData(HTREEITEM item, quintptr data)
 {
     if (!valid(item))
         return FALSE;
+    if (m_history->IsRecording() && item->data() != data && !m_history->IsBorn(item))
+        m_history->Record(std::make_unique<CTreeListDataChange>(item, item->data(), data));
     m_model->tree().setData(item, data);
     return TRUE;
 }
@@ -451,7 +484,7 @@ BOOL CTreeListCtrl::SetItemText(HTREEITEM item, const QString& text, int column)
 {
     if (!validCell(item, column))
         return FALSE;
-    m_model->tree().setText(item, column, text);
+    recordCell(item, column, [&] { m_model->tree().setText(item, column, text); });
     notifyCellChanged(item, column);
     return TRUE;
 }
@@ -476,7 +509,7 @@ BOOL CTreeListCtrl::SetItemColor(HTREEITEM item, COLORREF colour, int column)
 {
     if (!validCell(item, column))
         return FALSE;
-    m_model->tree().setTextColor(item, column, colour);
+    recordCell(item, column, [&] { m_model->tree().setTextColor(item, column, colour); });
     notifyCellChanged(item, -1);
     return TRUE;
 }
@@ -485,7 +518,7 @@ BOOL CTreeListCtrl::SetItemBackColor(HTREEITEM item, COLORREF colour, int column
 {
     if (!validCell(item, column))
         return FALSE;
-    m_model->tree().setBackColor(item, column, colour);
+    recordCell(item, column, [&] { m_model->tree().setBackColor(item, column, colour); });
     notifyCellChanged(item, -1);
     return TRUE;
 }

@@ -16,9 +16,11 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <set>
 
 class CTreeListEdit;
+class CTreeListHistory;
 class CTreeListCombo;
 class CTreeListEditBtn;
 class CTreeListEditorBase;
@@ -143,6 +145,10 @@ public:
     void SetColumnEditorIds(int column, int editorId, int buttonId = 0);
     // Opens the cell's editor (by its edit mode); false when the cell has none.
     BOOL EditSubItem(HTREEITEM item, int column);
+    // The next shown column after `column` going by `step` (1 or -1); -1 past the end.
+    int NextShownColumn(int column, int step) const;
+    // Moves the caret to another cell of its row; the selection stays.
+    void SetCurrentColumn(int column);
     // Ends the open edit, if any (see CTreeListEditorBase::EndEdit).
     BOOL EndEditing(bool onRow, int mode);
     // The open editor's text written into its cell of `item` while editing goes on
@@ -152,6 +158,25 @@ public:
     void SetLineTypeColumns(const std::set<int>& columns) { m_lineTypeColumns = columns; }
     bool IsLineTypeChanged() const { return m_lineTypeChanged; }
     void ClearLineTypeChanged() { m_lineTypeChanged = false; }
+
+    // Undo and redo. Changes to rows, cells and item data made while a group is
+    // open are recorded as one command (groups nest; the outermost closes it), with
+    // the owner's own steps given to RecordUndo. A change to the rows made outside
+    // a group forgets the history. Undo and Redo cancel an open edit first and give
+    // the row to show afterwards, or null.
+    void BeginUndoGroup();
+    void EndUndoGroup();
+    bool IsUndoRecording() const;
+    void RecordUndo(std::function<void()> undo, std::function<void()> redo);
+    bool CanUndo() const;
+    bool CanRedo() const;
+    HTREEITEM Undo();
+    HTREEITEM Redo();
+    // Forgets the history; the rows as they are now are the clean state.
+    void ClearUndo();
+    // Whether the rows are as at the last ClearUndo (nothing done, or all undone).
+    bool IsUndoClean() const;
+    const CTreeListHistory& History() const { return *m_history; }
 
     // The full text of the cell under a client point when it is cut off, else "".
     QString GetCellTipText(const QPoint& point) const;
@@ -198,8 +223,15 @@ private:
     CTreeListEditorBase* editorForMode(int mode, int column);
     void placeActiveEditor();
     NMITEMACTIVATE activateInfo(UINT code, const QPoint& pos, const QPoint& screenPos) const;
+    // Recording: an inserted item, a changed cell, and a change to the rows made
+    // outside any group (which the history cannot follow).
+    void recordInserted(HTREEITEM item);
+    void recordCell(HTREEITEM item, int column, const std::function<void()>& write);
+    void forgetHistoryOutsideGroup();
+    HTREEITEM replay(bool undo);
 
     CTreeListModel* m_model;
+    std::unique_ptr<CTreeListHistory> m_history;
     CTreeListEdit* m_edit;
     CTreeListEdit* m_codeEdit;
     CTreeListCombo* m_combo;

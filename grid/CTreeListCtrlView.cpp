@@ -243,6 +243,15 @@ void CTreeListCtrl::drawRow(
     if (m_dropTarget && m_model->itemFromIndex(index) == m_dropTarget)
         opt.state |= QStyle::State_Selected;
     QTreeView::drawRow(painter, opt, index);
+    // The current cell, where F2 edits and Left and Right move, is framed.
+    const QModelIndex current = currentIndex();
+    if (hasFocus() && current.isValid() && current.column() > 0 && current.row() == index.row()
+        && current.parent() == index.parent()) {
+        painter->save();
+        painter->setPen(QPen(palette().color(QPalette::Highlight).darker(150), 1, Qt::DotLine));
+        painter->drawRect(visualRect(current).adjusted(0, 0, -1, -1));
+        painter->restore();
+    }
     if (m_exStyle & LVS_EX_GRIDLINES) {
         painter->save();
         painter->setPen(QColor(160, 160, 160));
@@ -423,7 +432,40 @@ void CTreeListCtrl::keyPressEvent(QKeyEvent* event)
         EditSubItem(GetCaretItem(), currentIndex().column() < 0 ? 0 : currentIndex().column());
         return;
     }
+    const bool left = event->key() == Qt::Key_Left;
+    if ((left || event->key() == Qt::Key_Right) && event->modifiers() == Qt::NoModifier
+        && currentIndex().isValid()) {
+        // Left and Right walk the cells of the row; Left from the first cell does
+        // what a tree does (close the row, or go to its parent).
+        const int next = NextShownColumn(currentIndex().column(), left ? -1 : 1);
+        if (next >= 0) {
+            SetCurrentColumn(next);
+            return;
+        }
+        if (!left)
+            return;
+    }
     QTreeView::keyPressEvent(event);
+}
+
+int CTreeListCtrl::NextShownColumn(int column, int step) const
+{
+    for (int c = column + step; c >= 0 && c < GetColumnCount(); c += step) {
+        if (!isColumnHidden(c) && columnWidth(c) > 0)
+            return c;
+    }
+    return -1;
+}
+
+void CTreeListCtrl::SetCurrentColumn(int column)
+{
+    const QModelIndex current = currentIndex();
+    if (!current.isValid() || column < 0 || column >= GetColumnCount())
+        return;
+    const QModelIndex cell = current.siblingAtColumn(column);
+    selectionModel()->setCurrentIndex(cell, QItemSelectionModel::NoUpdate);
+    scrollTo(cell);
+    viewport()->update();
 }
 
 // ---- in-place editing
@@ -504,6 +546,8 @@ void CTreeListCtrl::OnEditorEnded(CTreeListEditorBase* editor, bool onRow, UINT 
     if (m_active != editor)
         return;
     m_active = nullptr;
+    // The owner's handling of the notice and the commit are one change to undo.
+    BeginUndoGroup();
     HTREEITEM item = editor->GetItem();
     const int column = editor->GetColumn();
     const QString text = editor->GetWindowText();
@@ -530,6 +574,7 @@ void CTreeListCtrl::OnEditorEnded(CTreeListEditorBase* editor, bool onRow, UINT 
             Q_EMIT lineTypeChanged(item, column);
         }
     }
+    EndUndoGroup();
     if (m_active != editor) {
         editor->widget()->hide();
         if (!m_active)

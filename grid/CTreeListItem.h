@@ -19,6 +19,8 @@ struct CTreeListCell
     bool hasBackColor = false;
     int editMode = 0;
     QStringList options;
+
+    bool operator==(const CTreeListCell& other) const = default;
 };
 
 class CTreeListItem

@@ -130,6 +130,39 @@ void CTreeListItemTree::removeAllItems()
     m_root->m_children.clear();
 }
 
+void CTreeListItemTree::detachKeep(HTREEITEM item)
+{
+    if (!item || item == m_root.get())
+        return;
+    detach(item);
+    setLive(item, false);
+}
+
+void CTreeListItemTree::reattach(HTREEITEM item, HTREEITEM parent, int position)
+{
+    setLive(item, true);
+    attach(parent, item, position);
+}
+
+void CTreeListItemTree::destroyDetached(HTREEITEM item)
+{
+    for (HTREEITEM child : item->m_children)
+        destroyDetached(child);
+    delete item;
+}
+
+void CTreeListItemTree::setLive(HTREEITEM item, bool live)
+{
+    if (live) {
+        m_live.insert(item);
+    } else {
+        m_live.erase(item);
+        item->m_state = 0;
+    }
+    for (HTREEITEM child : item->m_children)
+        setLive(child, live);
+}
+
 void CTreeListItemTree::forEachPostOrder(HTREEITEM item, const std::function<void(HTREEITEM)>& visit) const
 {
     for (HTREEITEM child : item->m_children)
@@ -173,6 +206,11 @@ void CTreeListItemTree::renumberFrom(HTREEITEM parent, int first)
 void CTreeListItemTree::setText(HTREEITEM item, int column, const QString& text)
 {
     item->cellForWrite(column).text = text;
+}
+
+void CTreeListItemTree::setCell(HTREEITEM item, int column, const CTreeListCell& cell)
+{
+    item->cellForWrite(column) = cell;
 }
 
 void CTreeListItemTree::setTextColor(HTREEITEM item, int column, COLORREF colour)

@@ -59,6 +59,12 @@ public:
     // Deletes an item (never the root) and its subtree.
     void remove(HTREEITEM item);
     void removeAllItems();
+    // Undo support: an item taken out with its subtree stays alive, no longer an
+    // item of the tree, until it is put back or destroyed. Its state bits are
+    // cleared, so it comes back unselected.
+    void detachKeep(HTREEITEM item);
+    void reattach(HTREEITEM item, HTREEITEM parent, int position);
+    void destroyDetached(HTREEITEM item);
     // Every item of the subtree, children before their parent.
     void forEachPostOrder(HTREEITEM item, const std::function<void(HTREEITEM)>& visit) const;
 
@@ -68,6 +74,7 @@ public:
     void setBackColor(HTREEITEM item, int column, COLORREF colour);
     void setEditMode(HTREEITEM item, int column, int mode);
     void setOptions(HTREEITEM item, int column, const QStringList& options);
+    void setCell(HTREEITEM item, int column, const CTreeListCell& cell);
     void setData(HTREEITEM item, quintptr data) { item->m_data = data; }
     void setState(HTREEITEM item, UINT state) { item->m_state = state; }
     // Returns whether the flag changed.
@@ -99,6 +106,7 @@ private:
     void attach(HTREEITEM parent, HTREEITEM child, int position);
     void detach(HTREEITEM item);
     void destroySubtree(HTREEITEM item);
+    void setLive(HTREEITEM item, bool live);
     HTREEITEM copySubtree(const CTreeListItem* source, HTREEITEM parent, int position);
     int sortedPosition(HTREEITEM parent, const QString& text) const;
 

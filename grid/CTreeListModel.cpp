@@ -92,6 +92,60 @@ void CTreeListModel::removeAllItems()
     endResetModel();
 }
 
+void CTreeListModel::detachItem(HTREEITEM item)
+{
+    const int row = item->indexInParent();
+    beginRemoveRows(indexFromItem(item->parent()), row, row);
+    m_tree.detachKeep(item);
+    endRemoveRows();
+}
+
+void CTreeListModel::attachItem(HTREEITEM item, HTREEITEM parent, int position)
+{
+    position = std::clamp(position, 0, int(parent->children().size()));
+    beginInsertRows(indexFromItem(parent), position, position);
+    m_tree.reattach(item, parent, position);
+    endInsertRows();
+}
+
+void CTreeListModel::moveItemTo(HTREEITEM item, HTREEITEM parent, int position)
+{
+    HTREEITEM oldParent = item->parent();
+    const int from = item->indexInParent();
+    // The tree counts the position without the item when it stays under its parent;
+    // the model counts it with the item.
+    const int to = std::clamp(
+        oldParent == parent && position > from ? position + 1 : position, 0, int(parent->children().size()));
+    if (!beginMoveRows(indexFromItem(oldParent), from, from, indexFromItem(parent), to))
+        return;
+    m_tree.moveTo(item, parent, to);
+    endMoveRows();
+}
+
+std::vector<HTREEITEM> CTreeListModel::detachAllItems()
+{
+    beginResetModel();
+    std::vector<HTREEITEM> items = m_tree.root()->children();
+    for (auto it = items.rbegin(); it != items.rend(); ++it)
+        m_tree.detachKeep(*it);
+    endResetModel();
+    return items;
+}
+
+void CTreeListModel::attachAllItems(const std::vector<HTREEITEM>& items)
+{
+    beginResetModel();
+    for (HTREEITEM item : items)
+        m_tree.reattach(item, m_tree.root(), int(m_tree.root()->children().size()));
+    endResetModel();
+}
+
+void CTreeListModel::setCell(HTREEITEM item, int column, const CTreeListCell& cell)
+{
+    m_tree.setCell(item, column, cell);
+    cellChanged(item, -1);
+}
+
 int CTreeListModel::insertColumn(int index, const CTreeListColumn& column)
 {
     if (index < 0)

@@ -7,6 +7,8 @@
 
 #include <QAbstractItemModel>
 
+#include <vector>
+
 class CTreeListModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -25,6 +27,14 @@ public:
     HTREEITEM copyItem(HTREEITEM source, HTREEITEM newParent, HTREEITEM insertAfter);
     void removeItem(HTREEITEM item);
     void removeAllItems();
+    // Undo support: items taken out and put back as the same objects (see
+    // CTreeListItemTree::detachKeep), moves to a position, and whole cells.
+    void detachItem(HTREEITEM item);
+    void attachItem(HTREEITEM item, HTREEITEM parent, int position);
+    void moveItemTo(HTREEITEM item, HTREEITEM parent, int position);
+    std::vector<HTREEITEM> detachAllItems();
+    void attachAllItems(const std::vector<HTREEITEM>& items);
+    void setCell(HTREEITEM item, int column, const CTreeListCell& cell);
     int insertColumn(int index, const CTreeListColumn& column);
     bool removeColumn(int index);
     void setColumnTitle(int index, const QString& title);

@@ -1,0 +1,108 @@
+// The grid's undo and redo: recording changes into the history while a group is
+// open, and replaying them.
+#include "CTreeListCtrl.h"
+
+#include "CTreeListChanges.h"
+#include "CTreeListEditorBase.h"
+#include "CTreeListHistory.h"
+
+void CTreeListCtrl::BeginUndoGroup()
+{
+    m_history->BeginGroup();
+}
+
+void CTreeListCtrl::EndUndoGroup()
+{
+    m_history->EndGroup();
+}
+
+bool CTreeListCtrl::IsUndoRecording() const
+{
+    return m_history->IsRecording();
+}
+
+void CTreeListCtrl::RecordUndo(std::function<void()> undo, std::function<void()> redo)
+{
+    if (m_history->IsRecording())
+        m_history->Record(std::make_unique<CTreeListOwnerChange>(std::move(undo), std::move(redo)));
+}
+
+bool CTreeListCtrl::CanUndo() const
+{
+    return m_history->CanUndo();
+}
+
+bool CTreeListCtrl::CanRedo() const
+{
+    return m_history->CanRedo();
+}
+
+HTREEITEM CTreeListCtrl::Undo()
+{
+    return replay(true);
+}
+
+HTREEITEM CTreeListCtrl::Redo()
+{
+    return replay(false);
+}
+
+void CTreeListCtrl::ClearUndo()
+{
+    m_history->Clear(true);
+}
+
+bool CTreeListCtrl::IsUndoClean() const
+{
+    return m_history->IsClean();
+}
+
+// Painting waits until the whole command has been replayed; then the rows are laid
+// out and painted once.
+HTREEITEM CTreeListCtrl::replay(bool undo)
+{
+    if (!(undo ? m_history->CanUndo() : m_history->CanRedo()))
+        return nullptr;
+    if (m_active)
+        m_active->EndEdit(false, TLEND_CANCEL);
+    SetRedraw(false);
+    HTREEITEM shown = undo ? m_history->Undo() : m_history->Redo();
+    const CTreeListItemTree& tree = m_model->tree();
+    if (m_dropTarget && !tree.isItem(m_dropTarget))
+        m_dropTarget = nullptr;
+    if (m_pressItem && !tree.isItem(m_pressItem))
+        m_pressItem = nullptr;
+    syncExpandedSubtree(GetRootItem());
+    SetRedraw(true);
+    executeDelayedItemsLayout();
+    viewport()->update();
+    return shown;
+}
+
+void CTreeListCtrl::recordInserted(HTREEITEM item)
+{
+    if (!m_history->IsRecording())
+        return;
+    if (!m_history->IsBorn(item->parent()))
+        m_history->Record(std::make_unique<CTreeListInsertChange>(m_model->tree(), item));
+    m_history->MarkBorn(item);
+}
+
+void CTreeListCtrl::recordCell(HTREEITEM item, int column, const std::function<void()>& write)
+{
+    if (!m_history->IsRecording() || m_history->IsBorn(item)) {
+        write();
+        return;
+    }
+    CTreeListCell before = item->cell(column);
+    write();
+    if (!(item->cell(column) == before))
+        m_history->Record(
+            std::make_unique<CTreeListCellChange>(item, column, std::move(before), item->cell(column)));
+}
+
+void CTreeListCtrl::forgetHistoryOutsideGroup()
+{
+    if (!m_history->IsRecording() && !m_history->IsReplaying())
+        m_history->Clear(false);
+}
