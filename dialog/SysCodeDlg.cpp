@@ -1,5 +1,7 @@
 #include "SysCodeDlg.h"
 
+#include "SysCodeUndoGroup.h"
+
 #include "CDialogUnits.h"
 #include "CTreeListEdit.h"
 #include "CtrlId.h"
@@ -137,6 +139,7 @@ void SysCodeDlg::BuildMessageMap()
     ConnectNodeKeys();
     ConnectCodeUsage();
     ConnectFind();
+    ConnectUndoKeys();
 }
 
 void SysCodeDlg::UpdateData(bool bSaveAndValidate)
@@ -166,6 +169,7 @@ void SysCodeDlg::SetSavedFlags()
 {
     m_bModified = false;
     m_bColorChanged = true;
+    m_tree.ClearUndo();
 }
 
 bool SysCodeDlg::OnCommand(int commandId)
@@ -176,6 +180,7 @@ bool SysCodeDlg::OnCommand(int commandId)
         if (id == IDC_EDIT_NAME || id == IDC_EDIT_REMARK)
             return false;
     }
+    const SysCodeUndoGroup undoGroup(*this);
     switch (commandId) {
     case ID_MENU_ADD_SIBLING:
         if (AddSiblingRow())
@@ -249,7 +254,7 @@ void SysCodeDlg::OnGridDeleteItem(const NMLISTVIEW& info)
     // A drag moves rows through delete notices; their data goes with them.
     if (m_bDragging)
         return;
-    m_mapRowInfo.erase(info.hItem);
+    EraseRowInfo(info.hItem);
     if (m_pCurRow == info.hItem)
         m_pCurRow = nullptr;
 }

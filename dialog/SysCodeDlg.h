@@ -20,6 +20,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <unordered_map>
 #include <utility>
@@ -129,6 +130,17 @@ public:
     // Cancel, Escape and the close box all reach OnCancel.
     void reject() override;
 
+    // Undo (true) or redo (false) of the last change to the grid; false when there
+    // is none to replay. The modified flag follows: clear back at the state opened
+    // or last saved.
+    bool ReplayUndo(bool undo);
+    // The pipeline information beside a row, changed as one step of the operation
+    // being recorded.
+    void SetRowInfo(HTREEITEM row, const QString& info);
+    void EraseRowInfo(HTREEITEM row);
+    // Operations being recorded as one undo step (see SysCodeUndoGroup).
+    int m_nUndoDepth = 0;
+
     // Cell editing: the items of a drop-down cell (by logical column), and text
     // picked from the drawing for the name and remark cells.
     void GetComboItems(int logicalColumn, QStringList& items) const;
@@ -173,6 +185,8 @@ protected:
     HTREEITEM CopySubtreeAfter(HTREEITEM source, HTREEITEM target);
     bool IsOverGrid(const QPoint& screenPos) const;
     void EndDrag();
+    void ConnectUndoKeys();
+    void RestoreRowInfo(HTREEITEM row, const std::optional<QString>& info);
     // Finding codes (Ctrl+F).
     void ConnectFind();
     void PlaceFind();
@@ -239,6 +253,8 @@ protected:
     void ConnectEditCells();
     void SetRowEditors(HTREEITEM row, bool withPipeColumns);
     void SetColumnEditors(bool withPipeColumns);
+    bool EndEditOutside(CTreeListEditorBase* editor);
+    bool OnEditorTab(CTreeListEditorBase* editor, int step);
     bool EndComboEdit(int comboId);
     bool EndNameEdit(CTreeListEditorBase* editor);
     bool EndRemarkEdit(CTreeListEditorBase* editor);

@@ -4,6 +4,7 @@
 #include "BatchModifyPlan.h"
 #include "CBatchModifyDlg.h"
 #include "SysCodeColumns.h"
+#include "SysCodeUndoGroup.h"
 #include "WinMessageBox.h"
 
 namespace {
@@ -62,6 +63,7 @@ void SysCodeDlg::OnBatchModify()
 // Rows under a collapsed parent are not rows of the grid now and keep their values.
 void SysCodeDlg::ApplyBatchModify(const BatchModifyValues& values)
 {
+    const SysCodeUndoGroup undoGroup(*this);
     const bool withPipeColumns = IsElectrical();
     QList<bool> selected;
     const int rowCount = m_tree.GetItemCount();
@@ -72,7 +74,7 @@ void SysCodeDlg::ApplyBatchModify(const BatchModifyValues& values)
     const int colorColumn = SysCodeVisibleColumn(kColColor, withPipeColumns);
     for (int rowIndex : BatchTargetRows(selected)) {
         HTREEITEM row = m_tree.GetItemFromRow(rowIndex);
-        m_mapRowInfo[row] = change.strRowInfo;
+        SetRowInfo(row, change.strRowInfo);
         if (change.bSetColor && colorColumn >= 0) {
             m_tree.SetItemColor(row, change.color, colorColumn);
             m_tree.SetItemBackColor(row, change.color, colorColumn);

@@ -12,6 +12,7 @@
 #include "Resource.h"
 #include "SysCodeColumns.h"
 #include "SysCodeEditChecks.h"
+#include "SysCodeUndoGroup.h"
 #include "WinMessageBox.h"
 
 #include <QApplication>
@@ -36,6 +37,15 @@ bool isEnter(const QEvent* event)
         return false;
     const int key = static_cast<const QKeyEvent*>(event)->key();
     return key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+// Tab (1) or Shift+Tab (-1) pressed; 0 for any other event.
+int tabStep(const QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return 0;
+    const int key = static_cast<const QKeyEvent*>(event)->key();
+    return key == Qt::Key_Tab ? 1 : key == Qt::Key_Backtab ? -1 : 0;
 }
 
 bool isButtonDown(const QEvent* event)
@@ -96,25 +106,77 @@ bool SysCodeDlg::PreTranslateMessage(QWidget* target, QEvent* event)
 {
     const bool down = isButtonDown(event);
     const bool enter = isEnter(event);
-    if (!down && !enter)
+    const int tab = tabStep(event);
+    if (!down && !enter && !tab)
         return false;
     CTreeListEditorBase* editor = m_tree.GetActiveEditor();
     if (!editor)
         return enter && OnGridEnter(target);
+    if (tab)
+        return OnEditorTab(editor, tab);
     if (down && !isOutside(editor->widget(), event))
         return false;
+    const SysCodeUndoGroup undoGroup(*this);
+    if (down)
+        return EndEditOutside(editor);
+    // Enter: a checked text ends as on a press outside; Enter goes no further.
+    if (editor == m_tree.GetComboCtrl() || editor->IsFinished())
+        return false;
+    const int id = editor->GetDlgCtrlID();
+    if (id != IDC_EDIT_NAME && id != IDC_EDIT_REMARK && editor != m_tree.GetCodeEditCtrl())
+        return false;
+    EndEditOutside(editor);
+    return true;
+}
+
+// What a press outside the open editor does to it: its text checked and taken, or
+// refused (true) with the editor left open.
+bool SysCodeDlg::EndEditOutside(CTreeListEditorBase* editor)
+{
     const int id = editor->GetDlgCtrlID();
     if (editor == m_tree.GetComboCtrl())
-        return down && EndComboEdit(id);
+        return EndComboEdit(id);
     if (editor->IsFinished())
         return false;
     if (id == IDC_EDIT_NAME)
-        return EndNameEdit(editor) || enter;
+        return EndNameEdit(editor);
     if (id == IDC_EDIT_REMARK)
-        return EndRemarkEdit(editor) || enter;
+        return EndRemarkEdit(editor);
     if (editor == m_tree.GetCodeEditCtrl())
-        return EndCodeEdit(editor) || enter;
+        return EndCodeEdit(editor);
     return false;
+}
+
+// Tab and Shift+Tab end the edit as a press outside would and open the next (or
+// previous) editable cell, on the next row after the last cell of this one. A
+// refused text keeps its editor; the key goes no further either way.
+bool SysCodeDlg::OnEditorTab(CTreeListEditorBase* editor, int step)
+{
+    HTREEITEM row = editor->GetItem();
+    const int column = editor->GetColumn();
+    {
+        const SysCodeUndoGroup undoGroup(*this);
+        if (EndEditOutside(editor))
+            return true;
+        if (m_tree.GetActiveEditor() == editor)
+            m_tree.EndEditing(true, TLEND_COMMIT);
+        if (m_tree.GetActiveEditor())
+            return true;
+    }
+    const int columns = m_tree.GetColumnCount();
+    for (int r = m_tree.GetRowFromItem(row), c = column + step;
+         r >= 0 && r<m_tree.GetItemCount(); r += step, c = step> 0 ? 0 : columns - 1) {
+        HTREEITEM next = m_tree.GetItemFromRow(r);
+        for (; c >= 0 && c < columns; c += step) {
+            if (m_tree.GetEditMode(next, c) == TLEM_NONE || m_tree.isColumnHidden(c))
+                continue;
+            m_tree.SelectItem(next);
+            m_tree.SetCurrentColumn(c);
+            m_tree.EditSubItem(next, c);
+            return true;
+        }
+    }
+    return true;
 }
 
 // A list combo closes with its choice; a width combo only with a number in it.
@@ -197,6 +259,7 @@ bool SysCodeDlg::OnGridEnter(QWidget* target)
     HTREEITEM row = m_tree.GetCaretItem();
     if (!row)
         return true;
+    const SysCodeUndoGroup undoGroup(*this);
     // The row goes through a record of its own: what the user copied stays copied.
     const CSysCodeData copied = m_clipboard;
     const int copiedLevels = m_nLevelBase;
@@ -224,6 +287,7 @@ void SysCodeDlg::OnColorCellButton()
         editor->widget()->setEnabled(true);
         editor->widget()->setFocus(Qt::OtherFocusReason);
     }
+    const SysCodeUndoGroup undoGroup(*this);
     m_bModified = true;
     const COLORREF colour = picked ? chosen : current;
     m_tree.SetItemColor(row, colour, column);
@@ -240,6 +304,7 @@ void SysCodeDlg::OnPickTextButton(int buttonId)
     if (!picked.isEmpty())
         editor->SetWindowText(picked);
     const bool name = buttonId == IDC_EDIT_NAME_INNER;
+    const SysCodeUndoGroup undoGroup(*this);
     const bool taken = name ? TakeNameText(editor, row) : TakeRemarkText(editor, row);
     m_bModified = true;
     if (taken) {

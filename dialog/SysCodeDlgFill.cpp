@@ -122,6 +122,7 @@ void SysCodeDlg::FillSysCodeTree(const QString& spec)
         UpdateData(false);
     }
     m_tree.SetRedraw(true);
+    m_tree.ClearUndo();
 }
 
 HTREEITEM SysCodeDlg::InsertNodeRow(
@@ -147,7 +148,7 @@ HTREEITEM SysCodeDlg::InsertNodeRow(
     SetRowEditors(row, withPipeColumns);
     m_tree.SetItemData(row, quintptr(std::max(node.GetNodeIndex(), 0)));
     if (!node.GetAddedMsg().isEmpty())
-        m_mapRowInfo[row] = node.GetAddedMsg();
+        SetRowInfo(row, node.GetAddedMsg());
     m_nMaxIndex = std::max(m_nMaxIndex, node.GetNodeIndex());
     return row;
 }

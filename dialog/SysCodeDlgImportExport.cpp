@@ -14,6 +14,7 @@
 #include "SysCodeCsv.h"
 #include "SysCodeImportPreview.h"
 #include "SysCodeMerge.h"
+#include "SysCodeUndoGroup.h"
 #include "SysCodeXlsx.h"
 #include "WinFileDialog.h"
 #include "WinMessageBox.h"
@@ -211,6 +212,7 @@ bool SysCodeDlg::ReadSpreadsheet(const QString& filePath, CSysCodeData& imported
 void SysCodeDlg::MergeImported(CSysCodeData& root, const CSysCodeData& imported)
 {
     MergeSysCodeTree(m_nMaxIndex, &root, &imported, true);
+    const SysCodeUndoGroup undoGroup(*this);
     FillRowsFromRoot(root);
     m_bModified = true;
 }
@@ -226,4 +228,8 @@ void SysCodeDlg::FillRowsFromRoot(const CSysCodeData& root)
         m_tree.Expand(m_tree.GetRootItem(), TVE_EXPAND);
     }
     m_tree.SetRedraw(true);
+    // A refill of its own (after a save) starts the history afresh; a merge
+    // being recorded is one step of it.
+    if (!m_tree.IsUndoRecording())
+        m_tree.ClearUndo();
 }

@@ -7,6 +7,7 @@
 
 #include "ModuleStrings.h"
 #include "Resource.h"
+#include "SysCodeUndoGroup.h"
 #include "WinMessageBox.h"
 
 #include <QShortcut>
@@ -82,6 +83,7 @@ bool SysCodeDlg::MoveRowAmongSiblings(bool down)
         if (!after)
             after = TVI_FIRST;
     }
+    const SysCodeUndoGroup undoGroup(*this);
     if (!m_tree.MoveItem(row, parent, after))
         return false;
     m_tree.SelectItem(row);

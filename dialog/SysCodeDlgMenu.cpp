@@ -4,6 +4,7 @@
 
 #include "Resource.h"
 #include "SysCodeColumns.h"
+#include "SysCodeUndoGroup.h"
 
 #include <QAction>
 #include <QMenu>
@@ -63,12 +64,13 @@ void SysCodeDlg::OnClearPipeInfo()
     const int column = SysCodeVisibleColumn(kColPipeInfo, IsElectrical());
     if (column < 0)
         return;
+    const SysCodeUndoGroup undoGroup(*this);
     for (int r = m_tree.GetItemCount() - 1; r >= 0; --r) {
         HTREEITEM row = m_tree.GetItemFromRow(r);
         if (!row || !(m_tree.GetItemState(row, LVIS_SELECTED) & LVIS_SELECTED)
             || m_tree.GetItemText(row, column).isEmpty())
             continue;
-        m_mapRowInfo[row] = QString();
+        SetRowInfo(row, QString());
         m_tree.SetItemText(row, QString(), column);
         m_tree.RedrawItems(row, row);
         m_bModified = true;

@@ -5,6 +5,7 @@
 
 #include "CQVCheckSysNameLegal.h"
 #include "ModuleStrings.h"
+#include "SysCodeUndoGroup.h"
 #include "WinMessageBox.h"
 
 #include <QLabel>
@@ -73,6 +74,7 @@ void SysCodeDlg::OnDrop(const QPoint& screenPos, Qt::KeyboardModifiers modifiers
         return;
     }
     OnDragMove(screenPos);
+    const SysCodeUndoGroup undoGroup(*this);
     m_bModified = true;
     HTREEITEM target = m_tree.GetDropHilightItem();
     m_tree.SelectDropTarget(nullptr);
@@ -144,7 +146,7 @@ HTREEITEM SysCodeDlg::CopySubtreeAfter(HTREEITEM source, HTREEITEM target)
     const auto mark = [this](auto&& self, HTREEITEM from, HTREEITEM to) -> void {
         m_tree.SetItemData(to, 0);
         if (const auto info = m_mapRowInfo.find(from); info != m_mapRowInfo.end())
-            m_mapRowInfo[to] = info->second;
+            SetRowInfo(to, info->second);
         for (HTREEITEM f = m_tree.GetChildItem(from), t = m_tree.GetChildItem(to); f && t;
              f = m_tree.GetNextSiblingItem(f), t = m_tree.GetNextSiblingItem(t))
             self(self, f, t);

@@ -6,6 +6,7 @@
 #include "PipeInfoPath.h"
 #include "Resource.h"
 #include "SysCodeColumns.h"
+#include "SysCodeUndoGroup.h"
 
 #include <QLineEdit>
 #include <QToolButton>
@@ -32,7 +33,8 @@ void SysCodeDlg::OnPipeInfoCellButton(HTREEITEM row)
     if (cell)
         cell->GetButton()->setEnabled(false);
     if (RunChangeNameDlg(path, PipeInfoPickerMode(m_strSpec)) == 1) {
-        m_mapRowInfo[row] = path;
+        const SysCodeUndoGroup undoGroup(*this);
+        SetRowInfo(row, path);
         const QString shown = PipeInfoDisplayName(path);
         const int column = SysCodeVisibleColumn(kColPipeInfo, IsElectrical());
         if (column >= 0)

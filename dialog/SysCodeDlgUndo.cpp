@@ -1,0 +1,74 @@
+// Undo and redo in the dialog: Ctrl+Z takes back the last change to the grid since
+// the dialog opened or last saved, Ctrl+Y (or Ctrl+Shift+Z) makes it again. Back
+// at the state that was opened or saved, the dialog is no longer modified.
+#include "SysCodeDlg.h"
+
+#include <QLineEdit>
+#include <QShortcut>
+
+#include <optional>
+
+void SysCodeDlg::ConnectUndoKeys()
+{
+    // Text fields (a cell's editor, the find field, the scale) keep their own undo:
+    // they take these keys before the dialog's shortcuts see them.
+    const auto bind = [this](QKeySequence keys, bool undo) {
+        auto* shortcut = new QShortcut(keys, this);
+        connect(shortcut, &QShortcut::activated, this, [this, undo] { ReplayUndo(undo); });
+    };
+    bind(QKeySequence(Qt::CTRL | Qt::Key_Z), true);
+    bind(QKeySequence(Qt::CTRL | Qt::Key_Y), false);
+    bind(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), false);
+}
+
+bool SysCodeDlg::ReplayUndo(bool undo)
+{
+    if (m_nUndoDepth > 0 || m_bDragging || !(undo ? m_tree.CanUndo() : m_tree.CanRedo()))
+        return false;
+    HTREEITEM shown = undo ? m_tree.Undo() : m_tree.Redo();
+    m_bModified = !m_tree.IsUndoClean();
+    if (m_pCurRow && m_tree.GetItemLevel(m_pCurRow) <= 0)
+        m_pCurRow = nullptr;
+    // Rows that came back are matched against the find text like every other row.
+    if (m_findEdit && m_findEdit->isVisible())
+        ApplyFind(m_findEdit->text());
+    if (shown && m_tree.GetRowFromItem(shown) < 0 && m_tree.GetItemLevel(shown) > 0)
+        m_tree.EnsureVisible(shown);
+    if (shown && m_tree.GetRowFromItem(shown) >= 0) {
+        m_tree.SelectItem(shown);
+        m_tree.EnsureVisible(shown);
+    }
+    UpdateData(false);
+    return true;
+}
+
+void SysCodeDlg::SetRowInfo(HTREEITEM row, const QString& info)
+{
+    std::optional<QString> before;
+    if (const auto found = m_mapRowInfo.find(row); found != m_mapRowInfo.end())
+        before = found->second;
+    m_mapRowInfo[row] = info;
+    if (m_tree.IsUndoRecording())
+        m_tree.RecordUndo([this, row, before] { RestoreRowInfo(row, before); },
+            [this, row, info] { m_mapRowInfo[row] = info; });
+}
+
+void SysCodeDlg::EraseRowInfo(HTREEITEM row)
+{
+    const auto found = m_mapRowInfo.find(row);
+    if (found == m_mapRowInfo.end())
+        return;
+    const QString before = found->second;
+    m_mapRowInfo.erase(found);
+    if (m_tree.IsUndoRecording())
+        m_tree.RecordUndo(
+            [this, row, before] { m_mapRowInfo[row] = before; }, [this, row] { m_mapRowInfo.erase(row); });
+}
+
+void SysCodeDlg::RestoreRowInfo(HTREEITEM row, const std::optional<QString>& info)
+{
+    if (info)
+        m_mapRowInfo[row] = *info;
+    else
+        m_mapRowInfo.erase(row);
+}
