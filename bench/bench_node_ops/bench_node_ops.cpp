@@ -352,4 +352,54 @@ void BM_BareMoveSubtree(benchmark::State& state)
     Shown(state, bare.grid);
 }
 BENCHMARK(BM_BareMoveSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// Ctrl+Z after deleting a 33-row subtree (the rows come back with the repaint), and
+// Ctrl+Y deleting it again; against the bare copy of the same subtree into the grid.
+void BM_UndoRedoDeleteSubtree(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    open.grid.SelectItem(open.Middle(0));
+    open.Command(open.Middle(0), ID_MENU_DELETE);
+    bool undo = true;
+    for (auto _ : state) {
+        open.dlg.ReplayUndo(undo);
+        open.Repaint();
+        undo = !undo;
+    }
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_UndoRedoDeleteSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// Ctrl+Z and Ctrl+Y of one cell's new text; against the bare write of the text.
+void BM_UndoRedoCellText(benchmark::State& state)
+{
+    OpenDialog open(state.range(0));
+    HTREEITEM row = open.Middle(0);
+    const int remark = SysCodeVisibleColumn(kColRemark, true);
+    open.grid.BeginUndoGroup();
+    open.grid.SetItemText(row, QStringLiteral("改过的备注"), remark);
+    open.grid.EndUndoGroup();
+    bool undo = true;
+    for (auto _ : state) {
+        open.dlg.ReplayUndo(undo);
+        open.Repaint();
+        undo = !undo;
+    }
+    Shown(state, open.grid);
+}
+BENCHMARK(BM_UndoRedoCellText)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+void BM_BareCellText(benchmark::State& state)
+{
+    BareGrid bare(state.range(0));
+    HTREEITEM row = bare.Middle(0);
+    const int remark = SysCodeVisibleColumn(kColRemark, true);
+    int i = 0;
+    for (auto _ : state) {
+        bare.grid.SetItemText(row, ++i % 2 ? QStringLiteral("改过的备注") : QStringLiteral("备注"), remark);
+        bare.Repaint();
+    }
+    Shown(state, bare.grid);
+}
+BENCHMARK(BM_BareCellText)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 } // namespace
