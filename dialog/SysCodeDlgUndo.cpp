@@ -32,12 +32,10 @@ bool SysCodeDlg::ReplayUndo(bool undo)
     // Rows that came back are matched against the find text like every other row.
     if (m_findEdit && m_findEdit->isVisible())
         ApplyFind(m_findEdit->text());
-    if (shown && m_tree.GetRowFromItem(shown) < 0 && m_tree.GetItemLevel(shown) > 0)
-        m_tree.EnsureVisible(shown);
-    if (shown && m_tree.GetRowFromItem(shown) >= 0) {
+    // The row the change touched is opened to and made current, unless the find
+    // text hides it.
+    if (shown && m_tree.EnsureVisible(shown) && m_tree.GetRowFromItem(shown) >= 0)
         m_tree.SelectItem(shown);
-        m_tree.EnsureVisible(shown);
-    }
     UpdateData(false);
     return true;
 }
