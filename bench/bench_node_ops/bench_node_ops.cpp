@@ -18,6 +18,7 @@
 #include <QTest>
 #include <benchmark/benchmark.h>
 
+#include <functional>
 #include <memory>
 
 namespace {
@@ -353,13 +354,11 @@ void BM_BareMoveSubtree(benchmark::State& state)
 }
 BENCHMARK(BM_BareMoveSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
-// Ctrl+Z after deleting a 33-row subtree (the rows come back with the repaint), and
-// Ctrl+Y deleting it again; against the bare copy of the same subtree into the grid.
-void BM_UndoRedoDeleteSubtree(benchmark::State& state)
+// Ctrl+Z and Ctrl+Y in turn, each with the repaint, after the change made by `change`.
+void UndoRedoInTurn(benchmark::State& state, const std::function<void(OpenDialog&)>& change)
 {
     OpenDialog open(state.range(0));
-    open.grid.SelectItem(open.Middle(0));
-    open.Command(open.Middle(0), ID_MENU_DELETE);
+    change(open);
     bool undo = true;
     for (auto _ : state) {
         open.dlg.ReplayUndo(undo);
@@ -368,24 +367,27 @@ void BM_UndoRedoDeleteSubtree(benchmark::State& state)
     }
     Shown(state, open.grid);
 }
+
+// A deleted 33-row subtree coming back and going again; against the bare copy of
+// the same subtree into the grid (BM_BareCopySubtree).
+void BM_UndoRedoDeleteSubtree(benchmark::State& state)
+{
+    UndoRedoInTurn(state, [](OpenDialog& open) {
+        open.grid.SelectItem(open.Middle(0));
+        open.Command(open.Middle(0), ID_MENU_DELETE);
+    });
+}
 BENCHMARK(BM_UndoRedoDeleteSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
-// Ctrl+Z and Ctrl+Y of one cell's new text; against the bare write of the text.
+// One cell's new text taken back and made again; against the bare write of the text.
 void BM_UndoRedoCellText(benchmark::State& state)
 {
-    OpenDialog open(state.range(0));
-    HTREEITEM row = open.Middle(0);
-    const int remark = SysCodeVisibleColumn(kColRemark, true);
-    open.grid.BeginUndoGroup();
-    open.grid.SetItemText(row, QStringLiteral("改过的备注"), remark);
-    open.grid.EndUndoGroup();
-    bool undo = true;
-    for (auto _ : state) {
-        open.dlg.ReplayUndo(undo);
-        open.Repaint();
-        undo = !undo;
-    }
-    Shown(state, open.grid);
+    UndoRedoInTurn(state, [](OpenDialog& open) {
+        open.grid.BeginUndoGroup();
+        open.grid.SetItemText(
+            open.Middle(0), QStringLiteral("改过的备注"), SysCodeVisibleColumn(kColRemark, true));
+        open.grid.EndUndoGroup();
+    });
 }
 BENCHMARK(BM_UndoRedoCellText)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 

@@ -2,27 +2,11 @@
 // by linear scripts on the demo project with real right clicks, menus and drags,
 // and what OK stores. On the demo floors 区域照明 is used on 2F only, 公共照明 on
 // every floor, and 机房动力 with its codes nowhere.
-#include "HostFixture.h"
-
-#include "CISysCode.h"
-#include "CSysCodeData.h"
+#include "ModuleScriptFixture.h"
 
 #include <set>
 
-namespace {
-class NodeOpsScript : public HostFixture
-{
-protected:
-    QStringList Plugins() const override { return { QStringLiteral(QV_MODULE_PLUGIN) }; }
-
-    static CSysCodeData StoredElectrical()
-    {
-        CSysCodeData root;
-        EXPECT_TRUE(CISysCode::GetSpecCodeInfos(root, QStringLiteral("电气")));
-        return root;
-    }
-};
-} // namespace
+using NodeOpsScript = ModuleScriptFixture;
 
 TEST_F(NodeOpsScript, AddedPastedAndDeletedCodesAreStoredByOk)
 {

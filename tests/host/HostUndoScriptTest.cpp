@@ -3,25 +3,9 @@
 // what OK then stores, and Cancel finding nothing to save once all is undone. Also
 // editing from the keyboard alone: Tab from cell to cell, the level limit refusing
 // a key, the find field over collapsed parents.
-#include "HostFixture.h"
+#include "ModuleScriptFixture.h"
 
-#include "CISysCode.h"
-#include "CSysCodeData.h"
-
-namespace {
-class UndoScript : public HostFixture
-{
-protected:
-    QStringList Plugins() const override { return { QStringLiteral(QV_MODULE_PLUGIN) }; }
-
-    static CSysCodeData StoredElectrical()
-    {
-        CSysCodeData root;
-        EXPECT_TRUE(CISysCode::GetSpecCodeInfos(root, QStringLiteral("电气")));
-        return root;
-    }
-};
-} // namespace
+using UndoScript = ModuleScriptFixture;
 
 TEST_F(UndoScript, EachChangeIsUndoneAndRedoneAndOkStoresWhatIsShown)
 {
