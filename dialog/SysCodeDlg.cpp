@@ -1,7 +1,5 @@
 #include "SysCodeDlg.h"
 
-#include "SysCodeUndoGroup.h"
-
 #include "CDialogUnits.h"
 #include "CTreeListEdit.h"
 #include "CtrlId.h"
@@ -10,6 +8,7 @@
 #include "Specialty.h"
 #include "SysCodeIcon.h"
 #include "SysCodeIndexPath.h"
+#include "SysCodeUndoGroup.h"
 
 #include <QApplication>
 #include <QCheckBox>

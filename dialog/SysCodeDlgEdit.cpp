@@ -164,8 +164,9 @@ bool SysCodeDlg::OnEditorTab(CTreeListEditorBase* editor, int step)
             return true;
     }
     const int columns = m_tree.GetColumnCount();
-    for (int r = m_tree.GetRowFromItem(row), c = column + step;
-         r >= 0 && r<m_tree.GetItemCount(); r += step, c = step> 0 ? 0 : columns - 1) {
+    const int rows = m_tree.GetItemCount();
+    const int firstColumn = step > 0 ? 0 : columns - 1;
+    for (int r = m_tree.GetRowFromItem(row), c = column + step; r >= 0 && r < rows; r += step) {
         HTREEITEM next = m_tree.GetItemFromRow(r);
         for (; c >= 0 && c < columns; c += step) {
             if (m_tree.GetEditMode(next, c) == TLEM_NONE || m_tree.isColumnHidden(c))
@@ -175,6 +176,7 @@ bool SysCodeDlg::OnEditorTab(CTreeListEditorBase* editor, int step)
             m_tree.EditSubItem(next, c);
             return true;
         }
+        c = firstColumn;
     }
     return true;
 }

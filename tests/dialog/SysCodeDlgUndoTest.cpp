@@ -264,4 +264,26 @@ TEST_F(SysCodeDlgUndoTest, TabTakesTheTextAndOpensTheNextCellButARefusedNameStay
     EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("动力"));
     EXPECT_TRUE(dlg->m_renames.empty());
 }
+TEST_F(SysCodeDlgUndoTest, TabFromTheLastCellGoesOnToTheNextRowAndShiftTabBack)
+{
+    auto dlg = open();
+    HTREEITEM power = dlg->FindRowByFullName(QStringLiteral("动力"));
+    HTREEITEM sockets = dlg->FindRowByFullName(QStringLiteral("插座"));
+    const int remark = dlg->m_tree.GetColumnCount() - 1;
+    clickRow(*dlg, power);
+    for (int c = 0; c < remark; ++c)
+        key(&dlg->m_tree, Qt::Key_Right);
+    key(&dlg->m_tree, Qt::Key_F2);
+    ASSERT_NE(dlg->m_tree.GetActiveEditor(), nullptr);
+    ASSERT_EQ(dlg->m_tree.GetActiveEditor()->GetColumn(), remark);
+    key(QApplication::focusWidget(), Qt::Key_Tab);
+    ASSERT_NE(dlg->m_tree.GetActiveEditor(), nullptr);
+    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetItem(), sockets);
+    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetColumn(), 0);
+    EXPECT_EQ(dlg->m_tree.GetCaretItem(), sockets);
+    key(QApplication::focusWidget(), Qt::Key_Backtab);
+    ASSERT_NE(dlg->m_tree.GetActiveEditor(), nullptr);
+    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetItem(), power);
+    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetColumn(), remark);
+}
 } // namespace
