@@ -4,6 +4,7 @@
 #include "CTreeListCombo.h"
 #include "CTreeListEdit.h"
 #include "CTreeListEditBtn.h"
+#include "CTreeListHistory.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -154,6 +155,8 @@ int CTreeListCtrl::InsertColumn(int index, const QString& title, int format, int
 {
     if (m_active)
         m_active->EndEdit(false, TLEND_PLAIN);
+    // Recorded cells name their column by number: another column layout forgets them.
+    m_history->Clear(false);
     CTreeListColumn column;
     column.title = title;
     column.format = format;
@@ -168,6 +171,7 @@ BOOL CTreeListCtrl::DeleteColumn(int index)
 {
     if (m_active)
         m_active->EndEdit(false, TLEND_PLAIN);
+    m_history->Clear(false);
     if (index != 0)
         return m_model->removeColumn(index);
     if (!DeleteAllItems())

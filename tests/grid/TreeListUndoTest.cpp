@@ -218,6 +218,11 @@ TEST_F(TreeListUndoTest, AChangeToTheRowsOutsideAGroupForgetsTheHistoryAndTheCle
     grid.InsertItem("C");
     EXPECT_FALSE(grid.CanUndo());
     grid.BeginUndoGroup();
+    grid.SetItemText(a, "A", 2);
+    grid.EndUndoGroup();
+    grid.InsertColumn(1, "线型", LVCFMT_LEFT, 60);
+    EXPECT_FALSE(grid.CanUndo()) << "recorded cells name columns that moved";
+    grid.BeginUndoGroup();
     grid.SetItemText(a, "A**");
     grid.EndUndoGroup();
     grid.Undo();
