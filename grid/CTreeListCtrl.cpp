@@ -484,7 +484,9 @@ BOOL CTreeListCtrl::SetItemText(HTREEITEM item, const QString& text, int column)
 {
     if (!validCell(item, column))
         return FALSE;
-    recordCell(item, column, [&] { m_model->tree().setText(item, column, text); });
+    std::optional<CTreeListCell> before = cellBeforeChange(item, column);
+    m_model->tree().setText(item, column, text);
+    recordCellChange(item, column, std::move(before));
     notifyCellChanged(item, column);
     return TRUE;
 }
@@ -509,7 +511,9 @@ BOOL CTreeListCtrl::SetItemColor(HTREEITEM item, COLORREF colour, int column)
 {
     if (!validCell(item, column))
         return FALSE;
-    recordCell(item, column, [&] { m_model->tree().setTextColor(item, column, colour); });
+    std::optional<CTreeListCell> before = cellBeforeChange(item, column);
+    m_model->tree().setTextColor(item, column, colour);
+    recordCellChange(item, column, std::move(before));
     notifyCellChanged(item, -1);
     return TRUE;
 }
@@ -518,7 +522,9 @@ BOOL CTreeListCtrl::SetItemBackColor(HTREEITEM item, COLORREF colour, int column
 {
     if (!validCell(item, column))
         return FALSE;
-    recordCell(item, column, [&] { m_model->tree().setBackColor(item, column, colour); });
+    std::optional<CTreeListCell> before = cellBeforeChange(item, column);
+    m_model->tree().setBackColor(item, column, colour);
+    recordCellChange(item, column, std::move(before));
     notifyCellChanged(item, -1);
     return TRUE;
 }

@@ -17,6 +17,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 
 class CTreeListEdit;
@@ -226,7 +227,8 @@ private:
     // Recording: an inserted item, a changed cell, and a change to the rows made
     // outside any group (which the history cannot follow).
     void recordInserted(HTREEITEM item);
-    void recordCell(HTREEITEM item, int column, const std::function<void()>& write);
+    std::optional<CTreeListCell> cellBeforeChange(HTREEITEM item, int column) const;
+    void recordCellChange(HTREEITEM item, int column, std::optional<CTreeListCell> before);
     void forgetHistoryOutsideGroup();
     HTREEITEM replay(bool undo);
 

@@ -88,17 +88,19 @@ void CTreeListCtrl::recordInserted(HTREEITEM item)
     m_history->MarkBorn(item);
 }
 
-void CTreeListCtrl::recordCell(HTREEITEM item, int column, const std::function<void()>& write)
+// The cell as it is before a change that is to be recorded; nothing otherwise.
+std::optional<CTreeListCell> CTreeListCtrl::cellBeforeChange(HTREEITEM item, int column) const
 {
-    if (!m_history->IsRecording() || m_history->IsBorn(item)) {
-        write();
-        return;
-    }
-    CTreeListCell before = item->cell(column);
-    write();
-    if (!(item->cell(column) == before))
+    if (!m_history->IsRecording() || m_history->IsBorn(item))
+        return std::nullopt;
+    return item->cell(column);
+}
+
+void CTreeListCtrl::recordCellChange(HTREEITEM item, int column, std::optional<CTreeListCell> before)
+{
+    if (before && !(item->cell(column) == *before))
         m_history->Record(
-            std::make_unique<CTreeListCellChange>(item, column, std::move(before), item->cell(column)));
+            std::make_unique<CTreeListCellChange>(item, column, std::move(*before), item->cell(column)));
 }
 
 void CTreeListCtrl::forgetHistoryOutsideGroup()
