@@ -36,7 +36,6 @@ bool SysCodeDlg::ReplayUndo(bool undo)
     // text hides it.
     if (shown && m_tree.EnsureVisible(shown) && m_tree.GetRowFromItem(shown) >= 0)
         m_tree.SelectItem(shown);
-    UpdateData(false);
     return true;
 }
 

@@ -15,4 +15,6 @@ public:
     // The row the user should be shown after the step is undone or redone; null
     // when the step concerns no row.
     virtual HTREEITEM Item() const { return nullptr; }
+    // Whether the step puts, takes or moves rows (else it only writes cells or data).
+    virtual bool ChangesRows() const { return false; }
 };

@@ -52,6 +52,8 @@ public:
     void Redo(CTreeListModel& model) override;
     HTREEITEM Item() const override { return m_item; }
 
+    bool ChangesRows() const override { return true; }
+
 private:
     CTreeListItemTree& m_tree;
     HTREEITEM m_item;
@@ -70,6 +72,8 @@ public:
     void Redo(CTreeListModel& model) override;
     HTREEITEM Item() const override { return m_held ? m_parent : m_item; }
 
+    bool ChangesRows() const override { return true; }
+
 private:
     CTreeListItemTree& m_tree;
     HTREEITEM m_item;
@@ -86,6 +90,7 @@ public:
     ~CTreeListRemoveAllChange() override;
     void Undo(CTreeListModel& model) override;
     void Redo(CTreeListModel& model) override;
+    bool ChangesRows() const override { return true; }
 
 private:
     CTreeListItemTree& m_tree;
@@ -105,6 +110,8 @@ public:
     void Undo(CTreeListModel& model) override;
     void Redo(CTreeListModel& model) override;
     HTREEITEM Item() const override { return m_item; }
+
+    bool ChangesRows() const override { return true; }
 
 private:
     HTREEITEM m_item;

@@ -282,14 +282,17 @@ BOOL CTreeListCtrl::EnsureVisible(HTREEITEM item)
 {
     if (!valid(item))
         return FALSE;
-    std::vector<HTREEITEM> ancestors;
+    std::vector<HTREEITEM> closed;
     for (HTREEITEM p = item->parent(); p && p != GetRootItem(); p = p->parent())
-        ancestors.push_back(p);
-    SetRedraw(false);
-    for (auto it = ancestors.rbegin(); it != ancestors.rend(); ++it)
-        if (!(*it)->isExpanded())
+        if (!p->isExpanded())
+            closed.push_back(p);
+    // A row already shown is only scrolled to: nothing to repaint beyond that.
+    if (!closed.empty()) {
+        SetRedraw(false);
+        for (auto it = closed.rbegin(); it != closed.rend(); ++it)
             Expand(*it, TVE_EXPAND);
-    SetRedraw(true);
+        SetRedraw(true);
+    }
     scrollTo(m_model->indexFromItem(item));
     return TRUE;
 }

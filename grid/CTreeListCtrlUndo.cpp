@@ -6,6 +6,11 @@
 #include "CTreeListEditorBase.h"
 #include "CTreeListHistory.h"
 
+namespace {
+// Past this many rows a whole repaint is cheaper than one notice per row.
+constexpr std::size_t kRowsRepaintedOneByOne = 64;
+} // namespace
+
 void CTreeListCtrl::BeginUndoGroup()
 {
     m_history->BeginGroup();
@@ -65,6 +70,18 @@ HTREEITEM CTreeListCtrl::replay(bool undo)
         return nullptr;
     if (m_active)
         m_active->EndEdit(false, TLEND_CANCEL);
+    if (!m_history->NextChangesRows(undo)) {
+        // Only cells: the rows they are on are repainted, a few or all at once.
+        HTREEITEM shown = undo ? m_history->Undo() : m_history->Redo();
+        const std::vector<HTREEITEM>& rows = m_history->ReplayedRows();
+        if (rows.size() > kRowsRepaintedOneByOne) {
+            viewport()->update();
+        } else {
+            for (HTREEITEM row : rows)
+                m_model->cellChanged(row, -1);
+        }
+        return shown;
+    }
     SetRedraw(false);
     HTREEITEM shown = undo ? m_history->Undo() : m_history->Redo();
     const CTreeListItemTree& tree = m_model->tree();
@@ -72,10 +89,17 @@ HTREEITEM CTreeListCtrl::replay(bool undo)
         m_dropTarget = nullptr;
     if (m_pressItem && !tree.isItem(m_pressItem))
         m_pressItem = nullptr;
-    syncExpandedSubtree(GetRootItem());
+    // Rows put back come with their open state, which the view learns row by row.
+    if (m_history->ReplayedAllRows()) {
+        syncExpandedSubtree(GetRootItem());
+    } else {
+        for (HTREEITEM row : m_history->ReplayedRows()) {
+            syncExpandedSubtree(row);
+            syncExpanded(row->parent());
+        }
+    }
     SetRedraw(true);
     executeDelayedItemsLayout();
-    viewport()->update();
     return shown;
 }
 

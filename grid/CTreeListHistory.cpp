@@ -65,8 +65,21 @@ void CTreeListHistory::DropRedo()
         m_commands.pop_back();
 }
 
+bool CTreeListHistory::NextChangesRows(bool undo) const
+{
+    if (!(undo ? CanUndo() : CanRedo()))
+        return false;
+    const Command& command = m_commands[undo ? m_applied - 1 : m_applied];
+    for (const auto& change : command)
+        if (change->ChangesRows())
+            return true;
+    return false;
+}
+
 HTREEITEM CTreeListHistory::Replay(Command& command, bool undo)
 {
+    m_replayedRows.clear();
+    m_replayedAllRows = false;
     m_replaying = true;
     if (undo) {
         for (auto it = command.rbegin(); it != command.rend(); ++it)
@@ -77,12 +90,18 @@ HTREEITEM CTreeListHistory::Replay(Command& command, bool undo)
     }
     m_replaying = false;
     const CTreeListItemTree& tree = m_model.tree();
+    HTREEITEM shown = nullptr;
     for (const auto& change : command) {
         HTREEITEM item = change->Item();
-        if (item && item != tree.root() && tree.isItem(item))
-            return item;
+        if (!item && change->ChangesRows())
+            m_replayedAllRows = true;
+        if (!item || item == tree.root() || !tree.isItem(item))
+            continue;
+        if (!shown)
+            shown = item;
+        m_replayedRows.push_back(item);
     }
-    return nullptr;
+    return shown;
 }
 
 HTREEITEM CTreeListHistory::Undo()

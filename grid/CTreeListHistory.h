@@ -39,6 +39,12 @@ public:
     // The row to show afterwards (null when none), or null when nothing was done.
     HTREEITEM Undo();
     HTREEITEM Redo();
+    // Whether the command the next Undo (or Redo) replays puts, takes or moves rows.
+    bool NextChangesRows(bool undo) const;
+    // The rows the steps of the last replay touched that are rows of the grid now.
+    const std::vector<HTREEITEM>& ReplayedRows() const { return m_replayedRows; }
+    // Whether the last replay put back or took every row at once.
+    bool ReplayedAllRows() const { return m_replayedAllRows; }
     std::size_t UndoCount() const { return m_applied; }
     std::size_t RedoCount() const { return m_commands.size() - m_applied; }
 
@@ -61,4 +67,6 @@ private:
     int m_depth = 0;
     bool m_replaying = false;
     std::unordered_set<HTREEITEM> m_born;
+    std::vector<HTREEITEM> m_replayedRows;
+    bool m_replayedAllRows = false;
 };
