@@ -32,6 +32,7 @@ struct CodeUsageRow;
 class QLabel;
 class QLineEdit;
 class QMenu;
+class QStringMatcher;
 class ZcDbDatabase;
 class ZcDbText;
 class CTreeListEditorBase;
@@ -194,7 +195,8 @@ protected:
     void ApplyFind(const QString& text);
     void FindNext();
     void CloseFind();
-    bool RowMatches(HTREEITEM row, const QString& text) const;
+    static QStringMatcher FindMatcher(const QString& text);
+    bool RowMatches(HTREEITEM row, const QStringMatcher& text, int remarkColumn) const;
     // The node operations' keys on the grid.
     void ConnectNodeKeys();
     void RunKeyCommand(int commandId);

@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QStringMatcher>
 
 void SysCodeDlg::ConnectFind()
 {
@@ -69,13 +70,22 @@ void SysCodeDlg::OpenFind()
     m_findEdit->selectAll();
 }
 
-bool SysCodeDlg::RowMatches(HTREEITEM row, const QString& text) const
+// The text is prepared once per keystroke, not once per row: a plain substring,
+// any letter case.
+// Text without letters that have a case (Chinese, digits) is matched exactly, which
+// is much quicker than folding every character it is compared with.
+QStringMatcher SysCodeDlg::FindMatcher(const QString& text)
 {
-    const auto holds = [&](const QString& value) { return value.contains(text, Qt::CaseInsensitive); };
+    const bool caseless = text.toLower() == text && text.toUpper() == text;
+    return QStringMatcher(text, caseless ? Qt::CaseSensitive : Qt::CaseInsensitive);
+}
+
+bool SysCodeDlg::RowMatches(HTREEITEM row, const QStringMatcher& text, int remarkColumn) const
+{
+    const auto holds = [&](const QString& value) { return text.indexIn(value) >= 0; };
     if (holds(row->cell(0).text))
         return true;
-    const int remark = SysCodeVisibleColumn(kColRemark, IsElectrical());
-    if (remark >= 0 && holds(row->cell(remark).text))
+    if (remarkColumn >= 0 && holds(row->cell(remarkColumn).text))
         return true;
     const auto info = m_mapRowInfo.find(row);
     return info != m_mapRowInfo.end() && holds(info->second);
@@ -87,7 +97,9 @@ void SysCodeDlg::ApplyFind(const QString& text)
     if (text.isEmpty()) {
         m_tree.SetRowFilter({});
     } else {
-        m_tree.SetRowFilter([&](HTREEITEM row) { return RowMatches(row, text); });
+        const QStringMatcher matcher = FindMatcher(text);
+        const int remark = SysCodeVisibleColumn(kColRemark, IsElectrical());
+        m_tree.SetRowFilter([&](HTREEITEM row) { return RowMatches(row, matcher, remark); });
         // Every code kept is shown: its parents open.
         const auto open = [&](auto&& self, HTREEITEM parent) -> void {
             for (HTREEITEM c = m_tree.GetChildItem(parent); c; c = m_tree.GetNextSiblingItem(c)) {
@@ -111,9 +123,11 @@ void SysCodeDlg::FindNext()
     if (text.isEmpty() || count == 0)
         return;
     const int from = m_tree.GetRowFromItem(m_tree.GetCaretItem());
+    const QStringMatcher matcher = FindMatcher(text);
+    const int remark = SysCodeVisibleColumn(kColRemark, IsElectrical());
     for (int step = 1; step <= count; ++step) {
         HTREEITEM row = m_tree.GetItemFromRow((from + step) % count);
-        if (row && RowMatches(row, text)) {
+        if (row && RowMatches(row, matcher, remark)) {
             m_tree.SelectItem(row);
             m_tree.EnsureVisible(row);
             return;
