@@ -1,6 +1,7 @@
 // Opening the management dialog on a specialty of about 10,000 codes (store read,
 // fill and first paint) against filling the bare grid with the same rows; the same
-// opening with a working drawing of 20 MB and of 100 MB, whose scan is part of it;
+// opening with a working drawing of 20 MB and of 100 MB, whose scan waits for the
+// first question about a code's use, and that opening with its first question;
 // and the usage scan of ten other floors' drawings of about 20 MB each.
 #include "BenchProject.h"
 #include "CISysCode.h"
@@ -158,6 +159,27 @@ void BM_OpenDialogWithDrawing(benchmark::State& state)
     state.counters["MB"] = double(state.range(0));
 }
 BENCHMARK(BM_OpenDialogWithDrawing)->Arg(20)->Arg(100)->Unit(benchmark::kMillisecond);
+
+// The same opening followed by the first question about a code's use (what a
+// delete asks first): the working drawing's scan, left out of the opening, is here.
+void BM_OpenDialogWithDrawingFirstLookUp(benchmark::State& state)
+{
+    project();
+    zcdbHostApplicationServices()->setWorkingDatabase(workingDrawing(int(state.range(0))));
+    for (auto _ : state) {
+        SysCodeDlg dlg;
+        dlg.m_strSpec = QStringLiteral("电气");
+        dlg.OnInitDialog();
+        dlg.show();
+        QApplication::processEvents();
+        dlg.grab();
+        benchmark::DoNotOptimize(dlg.IsCodeIndexUsed(QStringLiteral("3\\1")));
+    }
+    zcdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    state.counters["codes"] = 9910;
+    state.counters["MB"] = double(state.range(0));
+}
+BENCHMARK(BM_OpenDialogWithDrawingFirstLookUp)->Arg(100)->Unit(benchmark::kMillisecond);
 
 void BM_BareGridSameRows(benchmark::State& state)
 {
