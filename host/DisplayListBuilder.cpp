@@ -126,6 +126,7 @@ QColor DisplayListBuilder::AciColor(int index)
 void DisplayListBuilder::Build(ZcDbDatabase* database, DisplayList& list) const
 {
     list.Clear();
+    m_productLooks.clear(); // the styles may have been reloaded since the last build
     const Look white { Qt::white };
     for (const ZcDbObjectId id : QvKsModelSpace::EntityIds(database)) {
         ZcDbEntity* entity = nullptr;
@@ -146,12 +147,20 @@ DisplayListBuilder::Look DisplayListBuilder::ProductLook(const QvKsCodeStyle& st
     return look;
 }
 
+const DisplayListBuilder::Look& DisplayListBuilder::CachedProductLook(const QvKsCodeStyle& style) const
+{
+    auto it = m_productLooks.find(&style);
+    if (it == m_productLooks.end())
+        it = m_productLooks.insert(&style, ProductLook(style));
+    return *it;
+}
+
 DisplayListBuilder::Look DisplayListBuilder::LookOf(
     const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const
 {
     if (const QvKsEntity* product = QvKsEntity::cast(&entity)) {
         if (const QvKsCodeStyle* style = m_styles.Find(product->GetSysCodeIndex())) {
-            Look look = ProductLook(*style);
+            Look look = CachedProductLook(*style);
             // Shown by layer, a product entity takes its layer's colour: the layer
             // manager gives every code's layer the code's colour.
             if (!m_settings.colorBySystem)

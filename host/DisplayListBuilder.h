@@ -7,6 +7,8 @@
 // shows colours by system (by layer otherwise).
 #include "DisplayList.h"
 
+#include <QHash>
+
 class ZcDbDatabase;
 class ZcDbEntity;
 class ZcDbMText;
@@ -55,8 +57,11 @@ private:
     void AddPattern(const QPolygonF& points, const Look& look, ZcDbObjectId id, DisplayList& list) const;
     Look LookOf(const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const;
     Look ProductLook(const QvKsCodeStyle& style) const;
+    const Look& CachedProductLook(const QvKsCodeStyle& style) const;
 
     const QvKsCodeStyles& m_styles;
     const LineTypeMgr& m_lineTypes;
     Settings m_settings;
+    // A floor's pipes share few codes: each code's look is worked out once a build.
+    mutable QHash<const QvKsCodeStyle*, Look> m_productLooks;
 };
