@@ -138,7 +138,7 @@ void HostWindow::Regen()
 {
     ++m_regens;
     QvKsCodeStyles::Instance().Reload();
-    LineTypeMgr::Instance()->LoadOrBuild();
+    LineTypeMgr::Instance()->LoadOrBuild(QvKsCodeStyles::Instance());
     DisplayListBuilder::Settings settings;
     const CProj project;
     settings.colorBySystem = project.GetColorShowType() == 1;
