@@ -21,6 +21,8 @@
 
 #include <cmath>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -128,7 +130,9 @@ void DisplayListBuilder::Build(ZcDbDatabase* database, DisplayList& list) const
     list.Clear();
     m_productLooks.clear(); // the styles may have been reloaded since the last build
     const Look white { Qt::white };
-    for (const ZcDbObjectId id : QvKsModelSpace::EntityIds(database)) {
+    const std::vector<ZcDbObjectId> ids = QvKsModelSpace::EntityIds(database);
+    list.Reserve(ids.size());
+    for (const ZcDbObjectId id : ids) {
         ZcDbEntity* entity = nullptr;
         if (zcdbOpenObject(entity, id, ZcDb::kForRead) != Zcad::eOk)
             continue;
@@ -270,7 +274,7 @@ void DisplayListBuilder::AddText(
     item.height = text.height();
     item.rotation = text.rotation();
     item.color = look.color;
-    list.Add(item);
+    list.Add(std::move(item));
 }
 
 void DisplayListBuilder::AddMText(
@@ -288,7 +292,7 @@ void DisplayListBuilder::AddMText(
         item.height = h;
         item.rotation = mtext.rotation();
         item.color = look.color;
-        list.Add(item);
+        list.Add(std::move(item));
         y -= h * 1.6;
     }
 }
@@ -310,7 +314,7 @@ void DisplayListBuilder::AddPath(
     item.closed = closed;
     item.color = look.color;
     item.width = look.width;
-    list.Add(item);
+    list.Add(std::move(item));
 }
 
 void DisplayListBuilder::AddPattern(
@@ -327,7 +331,7 @@ void DisplayListBuilder::AddPattern(
         item.points = points;
         item.color = look.color;
         item.width = look.width;
-        list.Add(item);
+        list.Add(std::move(item));
         return;
     }
     double at = 0.0;
@@ -348,7 +352,7 @@ void DisplayListBuilder::AddPattern(
                 item.height = element.size * scale;
                 item.rotation = angle;
                 item.color = look.color;
-                list.Add(item);
+                list.Add(std::move(item));
                 continue;
             }
             const double length = std::abs(element.length) * scale;
@@ -367,7 +371,7 @@ void DisplayListBuilder::AddPattern(
                 }
                 item.color = look.color;
                 item.width = look.width;
-                list.Add(item);
+                list.Add(std::move(item));
             }
             at += length;
         }
