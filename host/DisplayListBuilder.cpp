@@ -102,6 +102,31 @@ QPointF PointAt(
     const double t = length > 0 ? (distance - cumulative[i - 1]) / length : 0.0;
     return a + (b - a) * std::clamp(t, 0.0, 1.0);
 }
+
+// The two numbers of an index path written as the store writes it ("3\\12": no sign,
+// no leading zero), as one key; false for any other text, which is then looked up as
+// it is. Two such paths share a key only when they are the same text.
+bool IndexPathKey(QStringView path, quint64& key)
+{
+    const qsizetype cut = path.indexOf(u'\\');
+    const auto number = [](QStringView digits, quint64& value) {
+        if (digits.isEmpty() || digits.size() > 9 || (digits.size() > 1 && digits.front() == u'0'))
+            return false;
+        value = 0;
+        for (const QChar c : digits) {
+            if (c < u'0' || c > u'9')
+                return false;
+            value = value * 10 + quint64(c.unicode() - u'0');
+        }
+        return true;
+    };
+    quint64 spec = 0;
+    quint64 index = 0;
+    if (cut < 0 || !number(path.left(cut), spec) || !number(path.mid(cut + 1), index))
+        return false;
+    key = spec << 32 | index;
+    return true;
+}
 } // namespace
 
 DisplayListBuilder::DisplayListBuilder(
@@ -128,7 +153,7 @@ QColor DisplayListBuilder::AciColor(int index)
 void DisplayListBuilder::Build(ZcDbDatabase* database, DisplayList& list) const
 {
     list.Clear();
-    m_productLooks.clear(); // the styles may have been reloaded since the last build
+    m_codeLooks.clear(); // the styles may have been reloaded since the last build
     const Look white { Qt::white };
     const std::vector<ZcDbObjectId> ids = QvKsModelSpace::EntityIds(database);
     list.Reserve(ids.size());
@@ -151,20 +176,32 @@ DisplayListBuilder::Look DisplayListBuilder::ProductLook(const QvKsCodeStyle& st
     return look;
 }
 
-const DisplayListBuilder::Look& DisplayListBuilder::CachedProductLook(const QvKsCodeStyle& style) const
+bool DisplayListBuilder::ProductLookOf(const QString& indexPath, Look& look) const
 {
-    auto it = m_productLooks.find(&style);
-    if (it == m_productLooks.end())
-        it = m_productLooks.insert(&style, ProductLook(style));
-    return *it;
+    quint64 key = 0;
+    if (!IndexPathKey(indexPath, key)) {
+        const QvKsCodeStyle* style = m_styles.Find(indexPath);
+        if (style)
+            look = ProductLook(*style);
+        return style != nullptr;
+    }
+    auto it = m_codeLooks.find(key);
+    if (it == m_codeLooks.end()) {
+        CodeLook code;
+        if (const QvKsCodeStyle* style = m_styles.Find(indexPath))
+            code = { true, ProductLook(*style) };
+        it = m_codeLooks.insert(key, code);
+    }
+    if (it->known)
+        look = it->look;
+    return it->known;
 }
 
 DisplayListBuilder::Look DisplayListBuilder::LookOf(
     const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const
 {
     if (const QvKsEntity* product = QvKsEntity::cast(&entity)) {
-        if (const QvKsCodeStyle* style = m_styles.Find(product->GetSysCodeIndex())) {
-            Look look = CachedProductLook(*style);
+        if (Look look; ProductLookOf(product->GetSysCodeIndex(), look)) {
             // Shown by layer, a product entity takes its layer's colour: the layer
             // manager gives every code's layer the code's colour.
             if (!m_settings.colorBySystem)

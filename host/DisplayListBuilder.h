@@ -57,11 +57,18 @@ private:
     void AddPattern(const QPolygonF& points, const Look& look, ZcDbObjectId id, DisplayList& list) const;
     Look LookOf(const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const;
     Look ProductLook(const QvKsCodeStyle& style) const;
-    const Look& CachedProductLook(const QvKsCodeStyle& style) const;
+    // The look of the code an entity's index path names; false for no code.
+    bool ProductLookOf(const QString& indexPath, Look& look) const;
 
     const QvKsCodeStyles& m_styles;
     const LineTypeMgr& m_lineTypes;
     Settings m_settings;
-    // A floor's pipes share few codes: each code's look is worked out once a build.
-    mutable QHash<const QvKsCodeStyle*, Look> m_productLooks;
+    // A floor's pipes share few codes: each code's look (or that there is no such
+    // code) is worked out once a build, found again by the path's two numbers.
+    struct CodeLook
+    {
+        bool known = false;
+        Look look;
+    };
+    mutable QHash<quint64, CodeLook> m_codeLooks;
 };
