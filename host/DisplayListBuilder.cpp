@@ -103,7 +103,7 @@ QPointF PointAt(
     return a + (b - a) * std::clamp(t, 0.0, 1.0);
 }
 
-// The two numbers of an index path written as the store writes it ("3\\12": no sign,
+// The two numbers of an index path written as the store writes it ("3\12": no sign,
 // no leading zero), as one key; false for any other text, which is then looked up as
 // it is. Two such paths share a key only when they are the same text.
 bool IndexPathKey(QStringView path, quint64& key)

@@ -72,7 +72,7 @@ HostWindow::HostWindow(HostSession& session, QWidget* parent)
     connect(m_queueTimer, &QTimer::timeout, this, &HostWindow::RunQueuedStrings);
     m_queueTimer->start(40);
 
-    // The bar was filled from the store when its provider was set just above.
+    // The bar was filled from the store as it was made, its provider set, just above.
     m_displayControl->Reload();
     Regen();
     m_view->ZoomExtents();
