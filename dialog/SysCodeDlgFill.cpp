@@ -39,7 +39,8 @@ bool SysCodeDlg::OnInitDialog()
     SelectInitialCode();
 
     // The working drawing may be large: it is scanned at the first question about a
-    // code's use (a delete, the usage view), not before the dialog shows.
+    // code's use (a delete, the usage view), not before the dialog shows. The host
+    // keeps that drawing while the modal dialog runs.
     m_usedCodeIndexes.clear();
     ZcDbDatabase* working = zcdbHostApplicationServices()->workingDatabase();
     m_usedCodeIndexes.Defer([this, working] { ScanModelSpace(working); });
