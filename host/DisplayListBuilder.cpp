@@ -153,7 +153,9 @@ QColor DisplayListBuilder::AciColor(int index)
 void DisplayListBuilder::Build(ZcDbDatabase* database, DisplayList& list) const
 {
     list.Clear();
-    m_codeLooks.clear(); // the styles may have been reloaded since the last build
+    // The styles and the layers may have changed since the last build.
+    m_codeLooks.clear();
+    m_layers.clear();
     const Look white { Qt::white };
     const std::vector<ZcDbObjectId> ids = QvKsModelSpace::EntityIds(database);
     list.Reserve(ids.size());
@@ -197,6 +199,18 @@ bool DisplayListBuilder::ProductLookOf(const QString& indexPath, Look& look) con
     return it->known;
 }
 
+const ZcDbLayerTableRecord* DisplayListBuilder::LayerOf(
+    const ZcDbEntity& entity, ZcDbDatabase* database) const
+{
+    if (!database)
+        return nullptr;
+    const QString name = entity.layer();
+    auto it = m_layers.find(name);
+    if (it == m_layers.end())
+        it = m_layers.insert(name, database->layer(name));
+    return *it;
+}
+
 DisplayListBuilder::Look DisplayListBuilder::LookOf(
     const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const
 {
@@ -205,12 +219,12 @@ DisplayListBuilder::Look DisplayListBuilder::LookOf(
             // Shown by layer, a product entity takes its layer's colour: the layer
             // manager gives every code's layer the code's colour.
             if (!m_settings.colorBySystem)
-                look.color = LayerColor(database ? database->layer(entity.layer()) : nullptr);
+                look.color = LayerColor(LayerOf(entity, database));
             return look;
         }
     }
     Look look;
-    const ZcDbLayerTableRecord* layer = database ? database->layer(entity.layer()) : nullptr;
+    const ZcDbLayerTableRecord* layer = LayerOf(entity, database);
     if (entity.hasTrueColor())
         look.color = QColor::fromRgb(QRgb(entity.trueColor()));
     else if (entity.colorIndex() == kZcColorByBlock)
@@ -226,7 +240,7 @@ void DisplayListBuilder::AddEntity(const ZcDbEntity& entity, const Look& blockLo
     ZcDbObjectId id, DisplayList& list, int depth) const
 {
     if (database) {
-        const ZcDbLayerTableRecord* layer = database->layer(entity.layer());
+        const ZcDbLayerTableRecord* layer = LayerOf(entity, database);
         if (layer && (layer->isOff || layer->isFrozen))
             return;
     }

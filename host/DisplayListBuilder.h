@@ -8,6 +8,7 @@
 #include "DisplayList.h"
 
 #include <QHash>
+#include <QString>
 
 class ZcDbDatabase;
 class ZcDbEntity;
@@ -59,6 +60,9 @@ private:
     Look ProductLook(const QvKsCodeStyle& style) const;
     // The look of the code an entity's index path names; false for no code.
     bool ProductLookOf(const QString& indexPath, Look& look) const;
+    // The entity's layer record (null for none): the drawing's look-up by name goes
+    // through every layer, so each name met is looked up once a build.
+    const ZcDbLayerTableRecord* LayerOf(const ZcDbEntity& entity, ZcDbDatabase* database) const;
 
     const QvKsCodeStyles& m_styles;
     const LineTypeMgr& m_lineTypes;
@@ -71,4 +75,5 @@ private:
         Look look;
     };
     mutable QHash<quint64, CodeLook> m_codeLooks;
+    mutable QHash<QString, const ZcDbLayerTableRecord*> m_layers;
 };
