@@ -21,6 +21,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -72,11 +73,12 @@ struct Project
 };
 
 // The project of `codes` codes and a current floor of about `floorMegabytes` MB
-// (100 pipes when 0), made once.
-Project& project(int codes, int floorMegabytes)
+// (100 pipes when 0), made once. With more than one layer the pipes lie on
+// `layers` layers of their own, in turn; with one, on layer "0".
+Project& project(int codes, int floorMegabytes, int layers = 1)
 {
-    static std::map<std::pair<int, int>, std::unique_ptr<Project>> projects;
-    std::unique_ptr<Project>& p = projects[{ codes, floorMegabytes }];
+    static std::map<std::tuple<int, int, int>, std::unique_ptr<Project>> projects;
+    std::unique_ptr<Project>& p = projects[{ codes, floorMegabytes, layers }];
     if (p)
         return *p;
     p = std::make_unique<Project>();
@@ -94,9 +96,13 @@ Project& project(int codes, int floorMegabytes)
     drawing.open(QIODevice::WriteOnly);
     DxfWriter writer(&drawing);
     writer.registerApp(QStringLiteral("QVKS"));
-    for (int i = 0; i < 100 || drawing.size() < qint64(floorMegabytes) * 1024 * 1024; ++i)
+    for (int l = 0; layers > 1 && l < layers; ++l)
+        writer.addLayer(QStringLiteral("SYS-%1").arg(l), l % 255 + 1);
+    for (int i = 0; i < 100 || drawing.size() < qint64(floorMegabytes) * 1024 * 1024; ++i) {
+        const DxfStyle style { layers > 1 ? QStringLiteral("SYS-%1").arg(i % layers) : QStringLiteral("0") };
         writer.addProductEntity(
-            QStringLiteral("3\\%1").arg(i % 9000 + 1), { { 0, i * 10.0, 0 }, { 500, i * 10.0, 0 } });
+            QStringLiteral("3\\%1").arg(i % 9000 + 1), { { 0, i * 10.0, 0 }, { 500, i * 10.0, 0 } }, style);
+    }
     writer.finish();
     p->script = p->dir.filePath(QStringLiteral("empty.qvs"));
     QFile script(p->script);
@@ -132,9 +138,8 @@ HostRun startHost(const Project& p)
     return { qint64(usage.ru_maxrss) * 1024, seconds(usage.ru_utime) + seconds(usage.ru_stime) };
 }
 
-void BM_HostStart(benchmark::State& state)
+void runHost(benchmark::State& state, const Project& p)
 {
-    const Project& p = project(int(state.range(0)), int(state.range(1)));
     HostRun run;
     double cpu = 0.0;
     for (auto _ : state) {
@@ -145,9 +150,14 @@ void BM_HostStart(benchmark::State& state)
         }
         cpu += run.cpuSeconds;
     }
-    state.counters["codes"] = double(state.range(0));
     state.counters["peakMB"] = double(run.peakBytes) / 1e6;
     state.counters["hostCpuMs"] = cpu * 1e3 / double(state.iterations());
+}
+
+void BM_HostStart(benchmark::State& state)
+{
+    runHost(state, project(int(state.range(0)), int(state.range(1))));
+    state.counters["codes"] = double(state.range(0));
 }
 BENCHMARK(BM_HostStart)
     ->Args({ 0, 0 })
@@ -158,6 +168,15 @@ BENCHMARK(BM_HostStart)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime()
     ->Iterations(3);
+
+// A floor of 20 MB whose pipes lie on 2,000 layers against the same floor on one
+// layer: what the drawing's layers add to the start.
+void BM_HostStartLayers(benchmark::State& state)
+{
+    runHost(state, project(10000, 20, int(state.range(0))));
+    state.counters["layers"] = double(state.range(0));
+}
+BENCHMARK(BM_HostStartLayers)->Arg(1)->Arg(2000)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
 
 QString floorFile(const Project& p)
 {
