@@ -10,6 +10,7 @@
 #include "QvKsQtxmInfo.h"
 #include "QvKsUiNumEdit.h"
 #include "SysCodeSaveCheck.h"
+#include "UsedCodeIndexes.h"
 
 #include <QDialog>
 #include <QListWidget>
@@ -115,7 +116,8 @@ public:
     bool m_bAllowImportExport = false;
     bool m_bFlag5 = true;
     bool m_bSelCodeReplaced = false;
-    std::set<QString> m_usedCodeIndexes;
+    // The working drawing is scanned when the set is first read, not while opening.
+    UsedCodeIndexes m_usedCodeIndexes;
     // Product entities per code (index path in lower case) and floor; the floors in
     // the order they were scanned.
     std::map<QString, std::map<QString, int>> m_codeUsage;

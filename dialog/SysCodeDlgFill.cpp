@@ -38,8 +38,12 @@ bool SysCodeDlg::OnInitDialog()
     UpdateData(true);
     SelectInitialCode();
 
+    // The working drawing may be large: it is scanned at the first question about a
+    // code's use (a delete, the usage view), not before the dialog shows. The host
+    // keeps that drawing while the modal dialog runs.
     m_usedCodeIndexes.clear();
-    ScanModelSpace(zcdbHostApplicationServices()->workingDatabase());
+    ZcDbDatabase* working = zcdbHostApplicationServices()->workingDatabase();
+    m_usedCodeIndexes.Defer([this, working] { ScanModelSpace(working); });
 
     m_nDispAddedMsg = CISysCode::ReadSysCodeConfigFile(QvKsProfile::GetAppProfile()->GetPath());
     m_nDispAddedMsgAtOpen = m_nDispAddedMsg;

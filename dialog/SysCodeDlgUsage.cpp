@@ -1,5 +1,6 @@
 // Which codes the product entities of the drawings use: the working drawing is
-// scanned when the dialog opens, the other floors only when a look-up first misses.
+// scanned on the first look-up (or when the usage is first shown), the other floors
+// only when a look-up first misses.
 #include "SysCodeDlg.h"
 
 #include "CCodeUsageDlg.h"
@@ -65,6 +66,8 @@ void SysCodeDlg::ScanDrawing(ZcDbDatabase* database, const QString& floor)
 
 void SysCodeDlg::ScanOtherFloors()
 {
+    // The current floor comes first among the scanned floors.
+    m_usedCodeIndexes.Settle();
     QVector<SQvKsFloorData> floors;
     CProj project;
     project.GetAllFloorData(floors);
@@ -96,6 +99,7 @@ bool SysCodeDlg::IsCodeIndexUsed(const QString& indexPath)
 QString SysCodeDlg::DescribeCodeFloors(int index, int& count) const
 {
     count = 0;
+    m_usedCodeIndexes.Settle();
     const int spec = int(CQVSpecTypeInfoGet::GetSpecTypeByName(m_strSpec));
     const auto used = m_codeUsage.find(QString::asprintf("%d\\%d", spec, index));
     if (index <= 0 || used == m_codeUsage.end())

@@ -4,6 +4,8 @@
 #include "CSysCodeData.h"
 #include "WinMessage.h"
 
+#include <QHash>
+#include <QIcon>
 #include <QListWidget>
 #include <QPixmap>
 #include <QVBoxLayout>
@@ -24,22 +26,33 @@ void DisplayControlWindow::Reload()
 {
     ++m_reloads;
     m_list->clear();
+    QHash<COLORREF, QIcon> swatches;
     for (const QString& spec : CISysCode::GetAllSpecNames()) {
         CSysCodeData root;
         if (CISysCode::GetSpecCodeInfos(root, spec))
-            AddCodes(spec, root);
+            AddCodes(spec + u'\\', root, swatches);
     }
 }
 
-void DisplayControlWindow::AddCodes(const QString& spec, const CSysCodeData& node)
+// Items are made apart from the list and added whole: an item made inside the list
+// announces each of its roles before it has a row, and the list then searches all
+// its rows for it.
+void DisplayControlWindow::AddCodes(
+    const QString& prefix, const CSysCodeData& node, QHash<COLORREF, QIcon>& swatches)
 {
     for (const CSysCodeData* child : node.GetChildren()) {
         const COLORREF color = child->GetMfcColor();
-        QPixmap swatch(12, 12);
-        swatch.fill(QColor(int(color & 0xFF), int((color >> 8) & 0xFF), int((color >> 16) & 0xFF)));
-        auto* item = new QListWidgetItem(QIcon(swatch), spec + u'\\' + child->GetFullName(), m_list);
+        auto swatch = swatches.find(color);
+        if (swatch == swatches.end()) {
+            QPixmap pixmap(12, 12);
+            pixmap.fill(QColor(int(color & 0xFF), int((color >> 8) & 0xFF), int((color >> 16) & 0xFF)));
+            swatch = swatches.insert(color, QIcon(pixmap));
+        }
+        const QString name = prefix + child->GetNodeName();
+        auto* item = new QListWidgetItem(*swatch, name);
         item->setCheckState(Qt::Checked);
-        AddCodes(spec, *child);
+        m_list->addItem(item);
+        AddCodes(name + u'\\', *child, swatches);
     }
 }
 

@@ -54,6 +54,12 @@ void DisplayList::Clear()
     m_entityStart = 0;
 }
 
+void DisplayList::Reserve(std::size_t entities)
+{
+    m_items.reserve(entities);
+    m_entities.reserve(entities);
+}
+
 void DisplayList::EndEntity(ZcDbObjectId id)
 {
     const int end = int(m_items.size());

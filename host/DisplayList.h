@@ -11,6 +11,8 @@
 #include <QRectF>
 #include <QString>
 
+#include <cstddef>
+#include <utility>
 #include <vector>
 
 struct DisplayItem
@@ -40,7 +42,10 @@ class DisplayList
 {
 public:
     void Clear();
-    void Add(const DisplayItem& item) { m_items.push_back(item); }
+    // Room for `entities` entities of one item each, so a large drawing's list is
+    // not copied as it grows.
+    void Reserve(std::size_t entities);
+    void Add(DisplayItem item) { m_items.push_back(std::move(item)); }
     // Marks the items added since the last call as the entity `id`'s.
     void EndEntity(ZcDbObjectId id);
 

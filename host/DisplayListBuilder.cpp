@@ -21,6 +21,8 @@
 
 #include <cmath>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -100,6 +102,31 @@ QPointF PointAt(
     const double t = length > 0 ? (distance - cumulative[i - 1]) / length : 0.0;
     return a + (b - a) * std::clamp(t, 0.0, 1.0);
 }
+
+// The two numbers of an index path written as the store writes it ("3\12": no sign,
+// no leading zero), as one key; false for any other text, which is then looked up as
+// it is. Two such paths share a key only when they are the same text.
+bool IndexPathKey(QStringView path, quint64& key)
+{
+    const qsizetype cut = path.indexOf(u'\\');
+    const auto number = [](QStringView digits, quint64& value) {
+        if (digits.isEmpty() || digits.size() > 9 || (digits.size() > 1 && digits.front() == u'0'))
+            return false;
+        value = 0;
+        for (const QChar c : digits) {
+            if (c < u'0' || c > u'9')
+                return false;
+            value = value * 10 + quint64(c.unicode() - u'0');
+        }
+        return true;
+    };
+    quint64 spec = 0;
+    quint64 index = 0;
+    if (cut < 0 || !number(path.left(cut), spec) || !number(path.mid(cut + 1), index))
+        return false;
+    key = spec << 32 | index;
+    return true;
+}
 } // namespace
 
 DisplayListBuilder::DisplayListBuilder(
@@ -126,8 +153,13 @@ QColor DisplayListBuilder::AciColor(int index)
 void DisplayListBuilder::Build(ZcDbDatabase* database, DisplayList& list) const
 {
     list.Clear();
+    // The styles and the layers may have changed since the last build.
+    m_codeLooks.clear();
+    m_layers.clear();
     const Look white { Qt::white };
-    for (const ZcDbObjectId id : QvKsModelSpace::EntityIds(database)) {
+    const std::vector<ZcDbObjectId> ids = QvKsModelSpace::EntityIds(database);
+    list.Reserve(ids.size());
+    for (const ZcDbObjectId id : ids) {
         ZcDbEntity* entity = nullptr;
         if (zcdbOpenObject(entity, id, ZcDb::kForRead) != Zcad::eOk)
             continue;
@@ -146,21 +178,53 @@ DisplayListBuilder::Look DisplayListBuilder::ProductLook(const QvKsCodeStyle& st
     return look;
 }
 
+bool DisplayListBuilder::ProductLookOf(const QString& indexPath, Look& look) const
+{
+    quint64 key = 0;
+    if (!IndexPathKey(indexPath, key)) {
+        const QvKsCodeStyle* style = m_styles.Find(indexPath);
+        if (style)
+            look = ProductLook(*style);
+        return style != nullptr;
+    }
+    auto it = m_codeLooks.find(key);
+    if (it == m_codeLooks.end()) {
+        CodeLook code;
+        if (const QvKsCodeStyle* style = m_styles.Find(indexPath))
+            code = { true, ProductLook(*style) };
+        it = m_codeLooks.insert(key, code);
+    }
+    if (it->known)
+        look = it->look;
+    return it->known;
+}
+
+const ZcDbLayerTableRecord* DisplayListBuilder::LayerOf(
+    const ZcDbEntity& entity, ZcDbDatabase* database) const
+{
+    if (!database)
+        return nullptr;
+    const QString name = entity.layer();
+    auto it = m_layers.find(name);
+    if (it == m_layers.end())
+        it = m_layers.insert(name, database->layer(name));
+    return *it;
+}
+
 DisplayListBuilder::Look DisplayListBuilder::LookOf(
     const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const
 {
     if (const QvKsEntity* product = QvKsEntity::cast(&entity)) {
-        if (const QvKsCodeStyle* style = m_styles.Find(product->GetSysCodeIndex())) {
-            Look look = ProductLook(*style);
+        if (Look look; ProductLookOf(product->GetSysCodeIndex(), look)) {
             // Shown by layer, a product entity takes its layer's colour: the layer
             // manager gives every code's layer the code's colour.
             if (!m_settings.colorBySystem)
-                look.color = LayerColor(database ? database->layer(entity.layer()) : nullptr);
+                look.color = LayerColor(LayerOf(entity, database));
             return look;
         }
     }
     Look look;
-    const ZcDbLayerTableRecord* layer = database ? database->layer(entity.layer()) : nullptr;
+    const ZcDbLayerTableRecord* layer = LayerOf(entity, database);
     if (entity.hasTrueColor())
         look.color = QColor::fromRgb(QRgb(entity.trueColor()));
     else if (entity.colorIndex() == kZcColorByBlock)
@@ -176,7 +240,7 @@ void DisplayListBuilder::AddEntity(const ZcDbEntity& entity, const Look& blockLo
     ZcDbObjectId id, DisplayList& list, int depth) const
 {
     if (database) {
-        const ZcDbLayerTableRecord* layer = database->layer(entity.layer());
+        const ZcDbLayerTableRecord* layer = LayerOf(entity, database);
         if (layer && (layer->isOff || layer->isFrozen))
             return;
     }
@@ -261,7 +325,7 @@ void DisplayListBuilder::AddText(
     item.height = text.height();
     item.rotation = text.rotation();
     item.color = look.color;
-    list.Add(item);
+    list.Add(std::move(item));
 }
 
 void DisplayListBuilder::AddMText(
@@ -279,7 +343,7 @@ void DisplayListBuilder::AddMText(
         item.height = h;
         item.rotation = mtext.rotation();
         item.color = look.color;
-        list.Add(item);
+        list.Add(std::move(item));
         y -= h * 1.6;
     }
 }
@@ -301,7 +365,7 @@ void DisplayListBuilder::AddPath(
     item.closed = closed;
     item.color = look.color;
     item.width = look.width;
-    list.Add(item);
+    list.Add(std::move(item));
 }
 
 void DisplayListBuilder::AddPattern(
@@ -318,7 +382,7 @@ void DisplayListBuilder::AddPattern(
         item.points = points;
         item.color = look.color;
         item.width = look.width;
-        list.Add(item);
+        list.Add(std::move(item));
         return;
     }
     double at = 0.0;
@@ -339,7 +403,7 @@ void DisplayListBuilder::AddPattern(
                 item.height = element.size * scale;
                 item.rotation = angle;
                 item.color = look.color;
-                list.Add(item);
+                list.Add(std::move(item));
                 continue;
             }
             const double length = std::abs(element.length) * scale;
@@ -358,7 +422,7 @@ void DisplayListBuilder::AddPattern(
                 }
                 item.color = look.color;
                 item.width = look.width;
-                list.Add(item);
+                list.Add(std::move(item));
             }
             at += length;
         }

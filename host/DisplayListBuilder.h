@@ -7,6 +7,9 @@
 // shows colours by system (by layer otherwise).
 #include "DisplayList.h"
 
+#include <QHash>
+#include <QString>
+
 class ZcDbDatabase;
 class ZcDbEntity;
 class ZcDbMText;
@@ -55,8 +58,22 @@ private:
     void AddPattern(const QPolygonF& points, const Look& look, ZcDbObjectId id, DisplayList& list) const;
     Look LookOf(const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const;
     Look ProductLook(const QvKsCodeStyle& style) const;
+    // The look of the code an entity's index path names; false for no code.
+    bool ProductLookOf(const QString& indexPath, Look& look) const;
+    // The entity's layer record (null for none): the drawing's look-up by name goes
+    // through every layer, so each name met is looked up once a build.
+    const ZcDbLayerTableRecord* LayerOf(const ZcDbEntity& entity, ZcDbDatabase* database) const;
 
     const QvKsCodeStyles& m_styles;
     const LineTypeMgr& m_lineTypes;
     Settings m_settings;
+    // A floor's pipes share few codes: each code's look (or that there is no such
+    // code) is worked out once a build, found again by the path's two numbers.
+    struct CodeLook
+    {
+        bool known = false;
+        Look look;
+    };
+    mutable QHash<quint64, CodeLook> m_codeLooks;
+    mutable QHash<QString, const ZcDbLayerTableRecord*> m_layers;
 };

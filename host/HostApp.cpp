@@ -68,18 +68,24 @@ int HostApp::Run(const QStringList& arguments)
         PrintError(error);
         return kBadProject;
     }
-    HostWindow window(session);
+    // The plug-ins load before the window is built, so its one regen already shows
+    // what they set up; what they print meanwhile waits for the command line.
+    QString loadText;
+    ZcUtOutputSink hostSink = zcutSetOutputSink([&loadText](const QString& text) { loadText += text; });
     const QStringList plugins = options.pluginsGiven ? options.plugins : QStringList { DefaultPlugin() };
     for (const QString& plugin : plugins) {
         if (plugin.isEmpty())
             continue;
         if (!session.LoadPlugin(plugin, error)) {
+            zcutSetOutputSink(std::move(hostSink));
             PrintError(error);
             return kBadPlugin;
         }
-        window.CommandLine()->Print(QStringLiteral("\n已加载 %1").arg(QFileInfo(plugin).fileName()));
+        loadText += QStringLiteral("\n已加载 %1").arg(QFileInfo(plugin).fileName());
     }
-    window.Regen();
+    zcutSetOutputSink(std::move(hostSink));
+    HostWindow window(session);
+    window.CommandLine()->Print(loadText);
     window.show();
     window.DisplayControl()->move(window.geometry().topRight() - QPoint(280, -60));
     window.DisplayControl()->show();

@@ -72,7 +72,7 @@ HostWindow::HostWindow(HostSession& session, QWidget* parent)
     connect(m_queueTimer, &QTimer::timeout, this, &HostWindow::RunQueuedStrings);
     m_queueTimer->start(40);
 
-    IFaceBarCtrl::ReFreshSysCodeBar();
+    // The bar was filled from the store as it was made, its provider set, just above.
     m_displayControl->Reload();
     Regen();
     m_view->ZoomExtents();
@@ -138,7 +138,7 @@ void HostWindow::Regen()
 {
     ++m_regens;
     QvKsCodeStyles::Instance().Reload();
-    LineTypeMgr::Instance()->LoadOrBuild();
+    LineTypeMgr::Instance()->LoadOrBuild(QvKsCodeStyles::Instance());
     DisplayListBuilder::Settings settings;
     const CProj project;
     settings.colorBySystem = project.GetColorShowType() == 1;

@@ -3,6 +3,7 @@
 #include "CSysCodeData.h"
 #include "IFaceBarCtrl.h"
 
+#include <QHash>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPainter>
@@ -57,28 +58,40 @@ void QvKsSysCodeBar::Reload()
     m_tree->clear();
     const QString spec = IFaceBarCtrl::CurSpec();
     m_spec->setText(spec.isEmpty() ? QStringLiteral("专业：") : QStringLiteral("专业：%1").arg(spec));
-    AddChildren(nullptr, &IFaceBarCtrl::SysCodes(), QString());
+    // The items are built apart from the tree and handed over at once: an item that
+    // is already in the tree tells the view about every text, icon and child it gets.
+    QHash<COLORREF, QIcon> icons;
+    QList<QTreeWidgetItem*> top;
+    AddChildren(top, &IFaceBarCtrl::SysCodes(), QString(), icons);
+    m_tree->addTopLevelItems(top);
     m_tree->expandAll();
     m_filling = false;
     ShowCode(IFaceBarCtrl::CurSysCode());
 }
 
-void QvKsSysCodeBar::AddChildren(QTreeWidgetItem* parent, const CSysCodeData* node, const QString& prefix)
+void QvKsSysCodeBar::AddChildren(QList<QTreeWidgetItem*>& items, const CSysCodeData* node,
+    const QString& prefix, QHash<COLORREF, QIcon>& icons)
 {
     for (const CSysCodeData* child : node->GetChildren()) {
-        auto* item = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(m_tree);
+        auto* item = new QTreeWidgetItem;
         const QString code
             = prefix.isEmpty() ? child->GetNodeName() : prefix + QLatin1Char('&') + child->GetNodeName();
         item->setText(0, child->GetNodeName());
         item->setData(0, kCodeRole, code);
-        item->setIcon(0, ColorIcon(child->GetMfcColor()));
+        auto icon = icons.find(child->GetMfcColor());
+        if (icon == icons.end())
+            icon = icons.insert(child->GetMfcColor(), ColorIcon(child->GetMfcColor()));
+        item->setIcon(0, *icon);
         QStringList tips;
         if (!child->GetAddedMsg().isEmpty())
             tips << QStringLiteral("管线信息：%1").arg(child->GetAddedMsg());
         if (!child->GetDescribe().isEmpty())
             tips << QStringLiteral("备注：%1").arg(child->GetDescribe());
         item->setToolTip(0, tips.join(QLatin1Char('\n')));
-        AddChildren(item, child, code);
+        QList<QTreeWidgetItem*> children;
+        AddChildren(children, child, code, icons);
+        item->addChildren(children);
+        items.append(item);
     }
 }
 

@@ -7,6 +7,11 @@
 //
 // Control names: "specLabel", "sysCodeTree". Each item holds its "&" code in
 // Qt::UserRole.
+#include "WinTypes.h"
+
+#include <QHash>
+#include <QIcon>
+#include <QList>
 #include <QWidget>
 
 class CSysCodeData;
@@ -29,7 +34,8 @@ public:
     QTreeWidgetItem* ItemOf(const QString& code) const;
 
 private:
-    void AddChildren(QTreeWidgetItem* parent, const CSysCodeData* node, const QString& prefix);
+    void AddChildren(QList<QTreeWidgetItem*>& items, const CSysCodeData* node, const QString& prefix,
+        QHash<COLORREF, QIcon>& icons);
     void OnCurrentItemChanged(QTreeWidgetItem* item);
     void OnItemDoubleClicked(QTreeWidgetItem* item);
 

@@ -97,6 +97,11 @@ QVector<LineTypeDef> LineTypeMgr::DefinitionsForStore()
 {
     QvKsCodeStyles styles;
     styles.Reload();
+    return DefinitionsForStyles(styles);
+}
+
+QVector<LineTypeDef> LineTypeMgr::DefinitionsForStyles(const QvKsCodeStyles& styles)
+{
     QStringList lineStrings;
     for (const QvKsCodeStyle& style : styles.All())
         if (style.lineStyle.trimmed() == kByCharacters)
@@ -112,10 +117,10 @@ void LineTypeMgr::Keep(const QVector<LineTypeDef>& defs)
         m_defs.insert(def.name.toUpper(), def);
 }
 
-void LineTypeMgr::LoadOrBuild()
+void LineTypeMgr::LoadOrBuild(const QvKsCodeStyles& styles)
 {
     if (!Load())
-        Keep(DefinitionsForStore());
+        Keep(DefinitionsForStyles(styles));
 }
 
 bool LineTypeMgr::Load()

@@ -9,6 +9,8 @@
 #include <QHash>
 #include <QString>
 
+class QvKsCodeStyles;
+
 class LineTypeMgr
 {
 public:
@@ -24,9 +26,9 @@ public:
     bool WriteLineTypeFile();
     // Reads the file back; false when it is missing or unreadable (nothing kept then).
     bool Load();
-    // The file's definitions, or when there is no file yet those the codes in the
-    // store call for, kept without writing anything.
-    void LoadOrBuild();
+    // The file's definitions, or when there is no file yet those the codes of
+    // `styles` (read from the store) call for, kept without writing anything.
+    void LoadOrBuild(const QvKsCodeStyles& styles);
     void Clear() { m_defs.clear(); }
 
     // By name, without regard to case; null when unknown.
@@ -43,6 +45,7 @@ public:
 
 private:
     static QVector<LineTypeDef> DefinitionsForStore();
+    static QVector<LineTypeDef> DefinitionsForStyles(const QvKsCodeStyles& styles);
     void Keep(const QVector<LineTypeDef>& defs);
 
     QHash<QString, LineTypeDef> m_defs; // keyed by upper-case name

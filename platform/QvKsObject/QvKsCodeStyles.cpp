@@ -4,22 +4,25 @@
 #include "CQVSpecTypeInfoGet.h"
 #include "CSysCodeData.h"
 
+#include <utility>
+
 namespace {
-void AddSubtree(
-    QHash<QString, QvKsCodeStyle>& styles, const CSysCodeData& node, const QString& spec, int number)
+void AddSubtree(QHash<QString, QvKsCodeStyle>& styles, const CSysCodeData& node, const QString& spec,
+    int number, const QString& prefix)
 {
     for (const CSysCodeData* child : node.GetChildren()) {
         QvKsCodeStyle style;
         style.spec = spec;
-        style.fullName = child->GetFullName();
         style.name = child->GetNodeName();
+        style.fullName = prefix + style.name;
         style.color = child->GetMfcColor();
         style.lineWidth = child->GetLineWidth();
         style.alpha = child->GetAlpha();
         style.lineStyle = child->GetLineStyle();
         style.lineString = child->GetLineString();
-        styles.insert(QvKsCodeStyles::IndexPathOf(number, child->GetNodeIndex()), style);
-        AddSubtree(styles, *child, spec, number);
+        const QString childPrefix = style.fullName + QLatin1Char('\\');
+        styles.insert(QvKsCodeStyles::IndexPathOf(number, child->GetNodeIndex()), std::move(style));
+        AddSubtree(styles, *child, spec, number, childPrefix);
     }
 }
 } // namespace
@@ -40,7 +43,7 @@ bool QvKsCodeStyles::Reload()
         const int number = SpecNumberOf(spec);
         if (number <= 0 || !CISysCode::GetSpecCodeInfos(root, spec))
             continue;
-        AddSubtree(m_styles, root, spec, number);
+        AddSubtree(m_styles, root, spec, number, QString());
         any = true;
     }
     return any;

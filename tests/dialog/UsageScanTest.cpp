@@ -13,6 +13,7 @@
 #include "ZcDbDatabase.h"
 #include "ZcDbHostApplicationServices.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -74,6 +75,36 @@ TEST_F(UsageScanTest, OtherFloorsAreReadOnceOnTheFirstMiss)
     ASSERT_TRUE(rewriteFloor("B1.dxf", { "3\\4", "3\\9" }));
     EXPECT_FALSE(dlg->IsCodeIndexUsed("3\\9"));
     EXPECT_TRUE(open()->IsCodeIndexUsed("3\\9"));
+}
+
+// The dialog shows before the working drawing is read; the first question about a
+// code's use reads it, and the answers are those of a scan made at opening.
+TEST_F(UsageScanTest, TheWorkingDrawingIsReadOnFirstNeedWithTheSameAnswers)
+{
+    auto dlg = open();
+    EXPECT_TRUE(dlg->m_usedCodeIndexes.IsDeferred());
+    dlg->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(dlg.get()));
+    QApplication::processEvents();
+    // The answers are about the drawing that was working when the dialog opened.
+    zcdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    EXPECT_TRUE(dlg->IsCodeIndexUsed("3\\2")); // found in the working drawing
+    EXPECT_FALSE(dlg->m_bOtherFloorsScanned);
+    EXPECT_FALSE(dlg->m_usedCodeIndexes.IsDeferred());
+    EXPECT_EQ(dlg->m_usedCodeIndexes, (std::set<QString> { "3\\1", "3\\2" }));
+    EXPECT_EQ(dlg->DescribeUsage(dlg->FindRowByFullName(QStringLiteral("照明"))),
+        (QStringList { "照明：1F 1", "照明\\WL1：1F 1" }));
+}
+
+// Reading the other floors first reads the working drawing: the current floor
+// leads in the floors a code is used on.
+TEST_F(UsageScanTest, OtherFloorsReadBeforeAnyLookUpFollowTheWorkingDrawing)
+{
+    ASSERT_TRUE(rewriteFloor("B1.dxf", { "3\\4", "3\\1" }));
+    auto dlg = open();
+    dlg->ScanOtherFloors();
+    EXPECT_EQ(dlg->DescribeUsage(dlg->FindRowByFullName(QStringLiteral("照明"))),
+        (QStringList { "照明：1F 1，B1 1", "照明\\WL1：1F 1" }));
 }
 
 TEST_F(UsageScanTest, UnreadableFloorsAreSkipped)

@@ -5,6 +5,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 
 namespace {
@@ -57,6 +58,21 @@ TEST(HostProgram, FailingScriptStatementGivesExitOneAndSaysWhich)
         QStringLiteral(QV_HOST_TEST_PLUGIN), QStringLiteral("--script"), script });
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_TRUE(run.err.contains(QStringLiteral("line 2"))) << run.err.toStdString();
+}
+
+// Plug-ins load before the window is built: what they print then still reaches the
+// command line, beside the host's note of each loaded file.
+TEST(HostProgram, WhatPluginsPrintWhileLoadingReachesTheCommandLine)
+{
+    DemoProject project;
+    const QString script = project.File(QStringLiteral("loaded.qvs"));
+    const QString plugin = QFileInfo(QStringLiteral(QV_HOST_TEST_PLUGIN)).fileName();
+    ASSERT_TRUE(WriteText(
+        script, QStringLiteral("expect [qvhtest] loaded\nexpect 已加载 %1\n").arg(plugin).toUtf8()));
+    const HostRun run = RunQvhost({ QStringLiteral("--project"), project.Path(), QStringLiteral("--plugin"),
+        QStringLiteral(QV_HOST_TEST_PLUGIN), QStringLiteral("--script"), script });
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_FALSE(run.out.contains(QStringLiteral("[qvhtest] loaded"))) << run.out.toStdString();
 }
 
 struct BrokenStart

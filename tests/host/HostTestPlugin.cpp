@@ -100,5 +100,6 @@ extern "C" ZcRx::AppRetCode zcrxEntryPoint(ZcRx::AppMsgCode msg, void* appId)
     commands->addCommand(u"QVHTEST", u"_qvhgrid", u"qvhgrid", 0, onGrid);
     commands->addCommand(u"QVHTEST", u"_qvhfile", u"qvhfile", 0, onFile);
     IFaceBarCtrl::RegDbClickSysFunc(&onBarDbClick);
+    zcutPrintf(u"\n[qvhtest] loaded");
     return kRetOK;
 }

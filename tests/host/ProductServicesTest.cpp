@@ -3,12 +3,18 @@
 #include "HostFixture.h"
 
 #include "CLayerManage.h"
+#include "DisplayListBuilder.h"
+#include "DxfWriter.h"
 #include "LineTypeMgr.h"
 #include "QvKsBzPub.h"
 #include "QvKsCodeStyles.h"
 #include "ZcDbDatabase.h"
 
 #include <QFile>
+#include <QTemporaryDir>
+
+#include <tuple>
+#include <utility>
 
 namespace {
 bool ShowsText(const DisplayList& list, const QString& text)
@@ -69,4 +75,58 @@ TEST_F(HostFixture, AnnotationRefreshShowsRenamedCode)
     EXPECT_TRUE(ShowsText(window->View()->List(), QStringLiteral("插座回路")));
     EXPECT_FALSE(ShowsText(window->View()->List(), QStringLiteral("公共插座")));
     EXPECT_EQ(QvKsBzPub::RefreshAllBz(), 0);
+}
+
+// A product entity takes the look of the code its index path names, written exactly
+// as the store writes it; any other spelling of the same numbers names no code.
+TEST_F(HostFixture, ProductEntitiesTakeTheLookOfTheCodeTheirPathNamesExactly)
+{
+    const QvKsCodeStyles& styles = QvKsCodeStyles::Instance();
+    const QvKsCodeStyle* first = nullptr;
+    const QvKsCodeStyle* second = nullptr;
+    QString firstPath;
+    QString secondPath;
+    for (auto it = styles.All().cbegin(); it != styles.All().cend() && !second; ++it) {
+        if (!first)
+            std::tie(first, firstPath) = std::make_pair(&it.value(), it.key());
+        else if (it.value().color != first->color)
+            std::tie(second, secondPath) = std::make_pair(&it.value(), it.key());
+    }
+    ASSERT_NE(second, nullptr) << "the demo has codes of two colours";
+    const QString spec = firstPath.section(u'\\', 0, 0);
+    const QString index = firstPath.section(u'\\', 1, 1);
+    const QStringList paths { firstPath, secondPath, firstPath, spec + QStringLiteral("\\0") + index,
+        u'0' + firstPath, firstPath + u'\\', QStringLiteral(" ") + firstPath,
+        spec + QStringLiteral("\\99999999") };
+
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("paths.dxf"));
+    {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        DxfWriter writer(&out);
+        writer.registerApp(QStringLiteral("QVKS"));
+        for (int i = 0; i < paths.size(); ++i)
+            writer.addProductEntity(paths[i], { { 0, i * 10.0, 0 }, { 500, i * 10.0, 0 } });
+        ASSERT_TRUE(writer.finish());
+    }
+    ZcDbDatabase drawing(false, true);
+    ASSERT_EQ(drawing.readDwgFile(file), Zcad::eOk);
+    DisplayList list;
+    DisplayListBuilder(styles, *LineTypeMgr::Instance(), {}).Build(&drawing, list);
+    ASSERT_EQ(list.Entities().size(), std::size_t(paths.size()));
+    const auto rgb = [&list](int entity) {
+        return list.Items()[std::size_t(list.Entities()[std::size_t(entity)].firstItem)].color.rgb()
+            & 0xFFFFFF;
+    };
+    const auto codeRgb = [](const QvKsCodeStyle* style) {
+        return qRgb(GetRValue(style->color), GetGValue(style->color), GetBValue(style->color)) & 0xFFFFFF;
+    };
+    EXPECT_EQ(rgb(0), codeRgb(first));
+    EXPECT_EQ(rgb(1), codeRgb(second));
+    EXPECT_EQ(rgb(2), codeRgb(first));
+    const QRgb noCode = DisplayListBuilder::LayerColor(drawing.layer(QStringLiteral("0"))).rgb() & 0xFFFFFF;
+    ASSERT_NE(codeRgb(first), noCode);
+    for (int i = 3; i < paths.size(); ++i)
+        EXPECT_EQ(rgb(i), noCode) << paths[i].toStdString();
 }
