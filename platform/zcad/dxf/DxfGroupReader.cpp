@@ -51,6 +51,30 @@ ValueType typeOf(int code)
     return ValueType::String;
 }
 
+// A group code line, trimmed: decimal digits with an optional minus sign, in the
+// range group codes have.
+bool parseCode(std::string_view text, int& code)
+{
+    const char* p = text.data();
+    const char* end = p + text.size();
+    const bool negative = p != end && *p == '-';
+    p += negative;
+    if (p == end)
+        return false;
+    int value = 0;
+    for (; p != end; ++p) {
+        const unsigned digit = unsigned(quint8(*p)) - '0';
+        if (digit > 9)
+            return false;
+        value = value * 10 + int(digit);
+        // Leading zeros are allowed; anything this large is no group code.
+        if (value > 1071)
+            return false;
+    }
+    code = negative ? -value : value;
+    return code >= -5;
+}
+
 template <typename T> T readLittleEndian(const char* p)
 {
     T value;
@@ -158,22 +182,22 @@ bool DxfGroupReader::fail(const QString& message)
     return false;
 }
 
-bool DxfGroupReader::next(DxfGroup& group)
+void DxfGroupReader::pushBack()
 {
-    if (m_pushedBack) {
-        m_pushedBack = false;
-        group = m_last;
-        return true;
-    }
-    if (failed() || m_position >= m_data.size())
-        return false;
-    const bool ok = m_binary ? nextBinary(group) : nextText(group);
-    if (ok)
-        m_last = group;
-    return ok;
+    m_position = m_lastStart;
+    m_line = m_lastLine;
 }
 
-bool DxfGroupReader::readLine(std::string_view& line)
+bool DxfGroupReader::next(DxfGroup& group)
+{
+    if (failed() || m_position >= m_data.size())
+        return false;
+    m_lastStart = m_position;
+    m_lastLine = m_line;
+    return m_binary ? nextBinary(group) : nextText(group);
+}
+
+inline bool DxfGroupReader::readLine(std::string_view& line)
 {
     if (m_position >= m_data.size())
         return false;
@@ -197,7 +221,6 @@ bool DxfGroupReader::readLine(std::string_view& line)
 bool DxfGroupReader::nextText(DxfGroup& group)
 {
     std::string_view codeLine;
-    m_lastStart = m_position;
     // Blank lines between groups (a trailing newline at the end, say) are no group.
     do {
         if (!readLine(codeLine))
@@ -207,13 +230,17 @@ bool DxfGroupReader::nextText(DxfGroup& group)
     if (codeLine.empty())
         return false;
     int code = 0;
-    const auto [end, ec] = std::from_chars(codeLine.data(), codeLine.data() + codeLine.size(), code);
-    if (ec != std::errc() || end != codeLine.data() + codeLine.size() || code < -5 || code > 1071)
+    if (!parseCode(codeLine, code))
         return fail(QStringLiteral("invalid group code"));
     std::string_view value;
     if (!readLine(value))
         return fail(QStringLiteral("group %1 without a value").arg(code));
-    group = DxfGroup { code, value };
+    // Field by field: the group is written for every line pair of the file.
+    group.code = code;
+    group.text = value;
+    group.real = 0.0;
+    group.integer = 0;
+    group.binaryNumber = false;
     return true;
 }
 

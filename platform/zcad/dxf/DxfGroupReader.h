@@ -36,11 +36,12 @@ public:
     // The next group; false at the end of the data or on a malformed group (then
     // failed() is true and error() says where).
     bool next(DxfGroup& group);
-    // The group last returned by next() is returned once more by the next call.
-    void pushBack() { m_pushedBack = true; }
+    // The group last returned by next() is returned once more by the next call
+    // (read again from its bytes, which are still there).
+    void pushBack();
     bool failed() const { return !m_error.isEmpty(); }
     QString error() const { return m_error; }
-    bool atEnd() const { return !m_pushedBack && m_position >= m_data.size(); }
+    bool atEnd() const { return m_position >= m_data.size(); }
     // The line (text DXF) or byte offset (binary DXF) reached.
     qint64 position() const { return m_binary ? qint64(m_position) : m_line; }
     size_t bytesLeft() const { return m_data.size() - m_position; }
@@ -60,12 +61,12 @@ private:
     size_t m_position = 0;
     // Bytes readable so far (all of m_data without a stream).
     size_t m_end = 0;
+    // Where the group last returned starts, and its line.
     size_t m_lastStart = 0;
+    qint64 m_lastLine = 0;
     DxfFileStream* m_stream = nullptr;
     qint64 m_line = 0;
     bool m_binary = false;
     bool m_shortCodes = false;
-    bool m_pushedBack = false;
-    DxfGroup m_last;
     QString m_error;
 };
