@@ -3,6 +3,7 @@
 #include "ZcDbBlockTable.h"
 #include "ZcDbBlockTableRecord.h"
 #include "ZcDbEntity.h"
+#include "ZcDbObjectArena.h"
 #include "dxf/DxfFileStream.h"
 #include "dxf/DxfReader.h"
 
@@ -16,6 +17,8 @@ ZCRX_DEFINE_MEMBERS(ZcDbDatabase, ZcRxObject)
 
 struct ZcDbDatabase::Content
 {
+    // Declared first: the objects made in it are destroyed before it.
+    ZcDbObjectArena arena;
     // Index 0 stays empty so that index 0 means "no object".
     std::vector<std::unique_ptr<ZcDbObject>> objects = [] {
         std::vector<std::unique_ptr<ZcDbObject>> list;
@@ -91,6 +94,11 @@ ZcDbBlockTable* ZcDbDatabase::blockTable() const
 ZcDbObject* ZcDbDatabase::objectAt(quint32 index) const
 {
     return index < m_content->objects.size() ? m_content->objects[index].get() : nullptr;
+}
+
+ZcDbObjectArena& ZcDbDatabase::objectArena()
+{
+    return m_content->arena;
 }
 
 quint32 ZcDbDatabase::objectCount() const
