@@ -2,6 +2,8 @@
 
 #include "DxfFileStream.h"
 
+#include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstring>
 
@@ -17,6 +19,63 @@ std::string_view trimmed(std::string_view s)
     while (!s.empty() && (s.back() == ' ' || s.back() == '\t' || s.back() == '\r'))
         s.remove_suffix(1);
     return s;
+}
+
+// The first '\n' of the `size` bytes at `p`, null when there is none. Lines of a
+// drawing are short (a group code, a number, a name): eight bytes are looked at a
+// time at first, and the library's search takes over for long lines.
+const char* findNewline(const char* p, size_t size)
+{
+    const char* end = p + size;
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr quint64 kOnes = 0x0101010101010101ULL;
+        constexpr quint64 kHighs = 0x8080808080808080ULL;
+        for (int words = 0; words < 4 && end - p >= 8; ++words, p += 8) {
+            quint64 word;
+            std::memcpy(&word, p, sizeof word);
+            const quint64 x = word ^ (kOnes * quint64('\n'));
+            // The lowest high bit set marks the first byte equal to '\n'.
+            const quint64 found = (x - kOnes) & ~x & kHighs;
+            if (found)
+                return p + (std::countr_zero(found) >> 3);
+        }
+    }
+    return static_cast<const char*>(std::memchr(p, '\n', size_t(end - p)));
+}
+
+// Plain decimals ("12", "-0.75", "2.5"), as nearly all numbers of a drawing are:
+// at most 15 digits make an exact integer, and one division by an exact power of
+// ten rounds correctly, so the value is the one the general conversion gives.
+bool parsePlainDecimal(std::string_view s, double& value)
+{
+    static constexpr double kPowersOfTen[]
+        = { 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15 };
+    const char* p = s.data();
+    const char* end = p + s.size();
+    const bool negative = p != end && *p == '-';
+    p += negative;
+    quint64 mantissa = 0;
+    int digits = 0;
+    int fractionDigits = -1;
+    for (; p != end; ++p) {
+        const unsigned digit = unsigned(quint8(*p)) - '0';
+        if (digit <= 9) {
+            if (++digits > 15)
+                return false;
+            mantissa = mantissa * 10 + digit;
+            fractionDigits += fractionDigits >= 0;
+        } else if (*p == '.' && fractionDigits < 0) {
+            fractionDigits = 0;
+        } else {
+            return false;
+        }
+    }
+    if (digits == 0)
+        return false;
+    value = double(mantissa) / kPowersOfTen[std::max(fractionDigits, 0)];
+    if (negative)
+        value = -value;
+    return true;
 }
 
 std::string_view numberText(std::string_view s)
@@ -92,6 +151,11 @@ double DxfGroup::toDouble(bool* ok) const
     }
     const std::string_view s = numberText(text);
     double value = 0.0;
+    if (parsePlainDecimal(s, value)) {
+        if (ok)
+            *ok = true;
+        return value;
+    }
     const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), value);
     const bool good = ec == std::errc() && end == s.data() + s.size() && !s.empty();
     if (ok)
@@ -203,7 +267,7 @@ inline bool DxfGroupReader::readLine(std::string_view& line)
         return false;
     const char* begin = m_data.data() + m_position;
     size_t left = m_end - m_position;
-    const void* newline = std::memchr(begin, '\n', left);
+    const void* newline = findNewline(begin, left);
     while (!newline && readMore()) {
         const size_t searched = left;
         left = m_end - m_position;
