@@ -12,6 +12,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <atomic>
 
 ZCRX_DEFINE_MEMBERS(ZcDbDatabase, ZcRxObject)
 
@@ -40,6 +41,23 @@ QHash<quint32, ZcDbDatabase*>& liveDatabases()
     return *live;
 }
 
+// The database an id named last on this thread: a walk over a block asks for the
+// same one each step. Any change to the live databases makes it stale.
+std::atomic<quint64> g_liveGeneration { 1 };
+
+struct RecentDatabase
+{
+    quint64 generation = 0;
+    quint32 serial = 0;
+    ZcDbDatabase* database = nullptr;
+};
+thread_local RecentDatabase t_recent;
+
+void liveDatabasesChanged()
+{
+    g_liveGeneration.fetch_add(1, std::memory_order_release);
+}
+
 quint32 nextSerial()
 {
     static quint32 serial = 0;
@@ -65,6 +83,7 @@ ZcDbDatabase::ZcDbDatabase(bool buildDefaultDrawing, bool noDocument)
     , m_noDocument(noDocument)
 {
     liveDatabases().insert(m_serial, this);
+    liveDatabasesChanged();
     if (buildDefaultDrawing)
         buildDefault();
 }
@@ -72,11 +91,15 @@ ZcDbDatabase::ZcDbDatabase(bool buildDefaultDrawing, bool noDocument)
 ZcDbDatabase::~ZcDbDatabase()
 {
     liveDatabases().remove(m_serial);
+    liveDatabasesChanged();
 }
 
 ZcDbDatabase* ZcDbDatabase::fromSerial(quint32 serial)
 {
-    return liveDatabases().value(serial, nullptr);
+    const quint64 generation = g_liveGeneration.load(std::memory_order_acquire);
+    if (t_recent.generation != generation || t_recent.serial != serial)
+        t_recent = { generation, serial, liveDatabases().value(serial, nullptr) };
+    return t_recent.database;
 }
 
 void ZcDbDatabase::buildDefault()
@@ -220,6 +243,7 @@ void ZcDbDatabase::takeContentFrom(ZcDbDatabase& other)
     std::swap(m_serial, other.m_serial);
     liveDatabases().insert(m_serial, this);
     liveDatabases().insert(other.m_serial, &other);
+    liveDatabasesChanged();
 }
 
 Zcad::ErrorStatus ZcDbDatabase::readDwgFile(
@@ -287,7 +311,8 @@ std::unique_ptr<ZcDbEntity> ZcDbDatabase::promote(std::unique_ptr<ZcDbEntity> en
         return entity;
     for (const FactoryEntry& entry : factories())
         for (const ZcDbXDataApp& app : *apps)
-            if (app.appName.compare(entry.app, Qt::CaseInsensitive) == 0)
+            // Mostly spelt as registered: the exact match saves the case folding.
+            if (app.appName == entry.app || app.appName.compare(entry.app, Qt::CaseInsensitive) == 0)
                 return std::unique_ptr<ZcDbEntity>(entry.factory(entity.release()));
     return entity;
 }

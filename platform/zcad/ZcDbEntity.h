@@ -26,7 +26,7 @@ public:
     ZcDbEntity();
     ~ZcDbEntity() override;
 
-    QString layer() const { return m_layer; }
+    const QString& layer() const { return m_layer; }
     Zcad::ErrorStatus setLayer(const QString& layer);
     // The CAD colour index 0-256 (0 by block, 256 by layer).
     quint16 colorIndex() const { return m_colorIndex; }

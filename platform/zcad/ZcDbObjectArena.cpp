@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <new>
 
-#include <sys/mman.h>
-
 namespace {
 thread_local ZcDbObjectArena* t_current = nullptr;
 

@@ -62,6 +62,19 @@ void DxfStringPool::Use::count(bool full, bool hit)
 
 QString DxfStringPool::get(std::string_view bytes)
 {
+    // Entity after entity names the same layer: the text asked for last is at hand.
+    if (bytes == m_recentBytes && !m_recentBytes.empty())
+        return m_recent;
+    QString text = lookUp(bytes);
+    if (bytes.size() <= kMaxPooledLength) {
+        m_recentBytes.assign(bytes);
+        m_recent = text;
+    }
+    return text;
+}
+
+QString DxfStringPool::lookUp(std::string_view bytes)
+{
     if (bytes.size() > kMaxPooledLength || m_poolUse.off)
         return m_codec.decode(bytes);
     const bool full = m_pool.size() >= kMaxPoolSize;

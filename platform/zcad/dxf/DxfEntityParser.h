@@ -48,7 +48,11 @@ private:
         void count(bool full, bool hit);
     };
 
+    QString lookUp(std::string_view bytes);
+
     DxfTextCodec& m_codec;
+    std::string m_recentBytes;
+    QString m_recent;
     Use m_poolUse;
     Use m_xdataPoolUse;
     std::unordered_map<std::string, QString, Hash, std::equal_to<>> m_pool;
