@@ -48,6 +48,13 @@ bool DxfFileStream::open(const QString& fileName)
 size_t DxfFileStream::fill(size_t wanted)
 {
     wanted = std::min(std::max(wanted, m_filled + kPiece), m_size);
+    if (wanted > m_filled) {
+        // The pages about to be read into, made present in one call rather than
+        // one fault per page while the system copies the bytes.
+        const size_t begin = m_filled / pageSize() * pageSize();
+        const size_t end = std::min((wanted + pageSize() - 1) / pageSize() * pageSize(), m_mapped);
+        madvise(m_base + begin, end - begin, MADV_POPULATE_WRITE);
+    }
     while (m_filled < wanted && !failed()) {
         const qint64 got = m_file.read(m_base + m_filled, qint64(wanted - m_filled));
         if (got <= 0) {
