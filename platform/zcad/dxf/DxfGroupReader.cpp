@@ -282,20 +282,49 @@ inline bool DxfGroupReader::readLine(std::string_view& line)
     return true;
 }
 
+inline bool DxfGroupReader::readPlainCode(int& code)
+{
+    const char* begin = m_data.data() + m_position;
+    const char* end = m_data.data() + m_end;
+    const char* p = begin;
+    while (p != end && *p == ' ')
+        ++p;
+    const char* digits = p;
+    int value = 0;
+    for (; p != end && p - digits < 4; ++p) {
+        const unsigned digit = unsigned(quint8(*p)) - '0';
+        if (digit > 9)
+            break;
+        value = value * 10 + int(digit);
+    }
+    if (p == digits || value > 1071)
+        return false;
+    if (p != end && *p == '\r')
+        ++p;
+    if (p == end || *p != '\n')
+        return false;
+    m_position += size_t(p + 1 - begin);
+    ++m_line;
+    code = value;
+    return true;
+}
+
 bool DxfGroupReader::nextText(DxfGroup& group)
 {
-    std::string_view codeLine;
-    // Blank lines between groups (a trailing newline at the end, say) are no group.
-    do {
-        if (!readLine(codeLine))
-            return false;
-        codeLine = trimmed(codeLine);
-    } while (codeLine.empty() && m_position < m_data.size());
-    if (codeLine.empty())
-        return false;
     int code = 0;
-    if (!parseCode(codeLine, code))
-        return fail(QStringLiteral("invalid group code"));
+    if (!readPlainCode(code)) {
+        std::string_view codeLine;
+        // Blank lines between groups (a trailing newline at the end, say) are no group.
+        do {
+            if (!readLine(codeLine))
+                return false;
+            codeLine = trimmed(codeLine);
+        } while (codeLine.empty() && m_position < m_data.size());
+        if (codeLine.empty())
+            return false;
+        if (!parseCode(codeLine, code))
+            return fail(QStringLiteral("invalid group code"));
+    }
     std::string_view value;
     if (!readLine(value))
         return fail(QStringLiteral("group %1 without a value").arg(code));

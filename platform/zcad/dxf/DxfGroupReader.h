@@ -53,6 +53,9 @@ private:
     bool nextText(DxfGroup& group);
     bool nextBinary(DxfGroup& group);
     bool readLine(std::string_view& line);
+    // The usual code line (blanks, up to four digits, the line end) in one pass;
+    // false, and nothing read, for any other.
+    bool readPlainCode(int& code);
     bool fail(const QString& message);
     void detectFormat();
     bool readMore();
