@@ -74,6 +74,17 @@ void DxfFileStream::release(size_t offset)
     const size_t end = std::min(offset, m_filled) / pageSize() * pageSize();
     if (end < m_released + kPiece)
         return;
-    madvise(m_base + m_released, end - m_released, MADV_DONTNEED);
+    const size_t length = end - m_released;
+    // The pages left behind move to where the next pieces will be read: a large
+    // file passes through the same few pages instead of taking new ones all along.
+    // Their old range stays reserved, empty as if given back.
+    const size_t target = std::max((m_filled + pageSize() - 1) / pageSize() * pageSize(), m_recycled);
+    if (target + length <= m_mapped
+        && mremap(m_base + m_released, length, length, MREMAP_MAYMOVE | MREMAP_FIXED | MREMAP_DONTUNMAP,
+               m_base + target)
+            != MAP_FAILED)
+        m_recycled = target + length;
+    else
+        madvise(m_base + m_released, length, MADV_DONTNEED);
     m_released = end;
 }
