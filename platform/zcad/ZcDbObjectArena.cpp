@@ -50,9 +50,8 @@ ZcDbObjectArena::~ZcDbObjectArena()
         std::free(block.begin);
 }
 
-char* ZcDbObjectArena::newBlock(std::size_t size)
+char* ZcDbObjectArena::newBlock(std::size_t blockSize)
 {
-    const std::size_t blockSize = std::max(size, kBlockSize);
     auto* memory = static_cast<char*>(std::malloc(blockSize));
     if (!memory)
         throw std::bad_alloc();
@@ -65,7 +64,7 @@ void* ZcDbObjectArena::allocate(std::size_t size)
 {
     size = alignedSize(size == 0 ? 1 : size);
     if (size > std::size_t(m_end - m_next)) {
-        if (size > kBlockSize / 2) {
+        if (size > m_nextBlockSize / 2) {
             // A block of its own; the current one goes on being filled.
             m_used += size;
             char* memory = newBlock(size);
@@ -73,8 +72,10 @@ void* ZcDbObjectArena::allocate(std::size_t size)
                 std::swap(m_blocks.back(), m_blocks[m_blocks.size() - 2]);
             return memory;
         }
-        m_next = newBlock(kBlockSize);
-        m_end = m_next + kBlockSize;
+        // Small drawings take little; blocks grow with the drawing up to full size.
+        m_next = newBlock(m_nextBlockSize);
+        m_end = m_next + m_nextBlockSize;
+        m_nextBlockSize = std::min(m_nextBlockSize * 2, kBlockSize);
     }
     char* memory = m_next;
     m_next += size;

@@ -45,6 +45,8 @@ public:
 
     static constexpr std::size_t kAlignment
         = alignof(double) > alignof(void*) ? alignof(double) : alignof(void*);
+    // Blocks start at the first size and double up to the full one.
+    static constexpr std::size_t kFirstBlockSize = std::size_t(64) << 10;
     static constexpr std::size_t kBlockSize = std::size_t(2) << 20;
 
 private:
@@ -54,10 +56,11 @@ private:
         char* end;
     };
 
-    char* newBlock(std::size_t size);
+    char* newBlock(std::size_t blockSize);
 
     std::vector<Block> m_blocks;
     char* m_next = nullptr;
     char* m_end = nullptr;
     std::size_t m_used = 0;
+    std::size_t m_nextBlockSize = kFirstBlockSize;
 };
