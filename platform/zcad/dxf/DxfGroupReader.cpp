@@ -248,12 +248,14 @@ bool DxfGroupReader::fail(const QString& message)
 
 void DxfGroupReader::pushBack()
 {
+    m_pushedBackAt = position();
     m_position = m_lastStart;
     m_line = m_lastLine;
 }
 
 bool DxfGroupReader::next(DxfGroup& group)
 {
+    m_pushedBackAt = -1;
     if (failed() || m_position >= m_data.size())
         return false;
     m_lastStart = m_position;

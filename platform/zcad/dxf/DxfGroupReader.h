@@ -42,8 +42,12 @@ public:
     bool failed() const { return !m_error.isEmpty(); }
     QString error() const { return m_error; }
     bool atEnd() const { return m_position >= m_data.size(); }
-    // The line (text DXF) or byte offset (binary DXF) reached.
-    qint64 position() const { return m_binary ? qint64(m_position) : m_line; }
+    // The line (text DXF) or byte offset (binary DXF) reached; a group given back
+    // counts as read.
+    qint64 position() const
+    {
+        return m_pushedBackAt >= 0 ? m_pushedBackAt : m_binary ? qint64(m_position) : m_line;
+    }
     size_t bytesLeft() const { return m_data.size() - m_position; }
     // Nothing before the group last returned is looked at again (the views of
     // earlier groups may then be gone).
@@ -67,6 +71,8 @@ private:
     // Where the group last returned starts, and its line.
     size_t m_lastStart = 0;
     qint64 m_lastLine = 0;
+    // The position after the group given back; -1 when none is.
+    qint64 m_pushedBackAt = -1;
     DxfFileStream* m_stream = nullptr;
     qint64 m_line = 0;
     bool m_binary = false;
