@@ -73,6 +73,16 @@ Zcad::ErrorStatus ZcDbEntity::setLayer(const QString& layer)
     return Zcad::eOk;
 }
 
+void ZcDbEntity::setLayerOf(const ZcDbEntity& other)
+{
+    if (other.m_layer == m_layer)
+        return;
+    if (other.m_layer != defaultLayer())
+        other.m_layer->refs.fetch_add(1, std::memory_order_relaxed);
+    releaseLayer(m_layer);
+    m_layer = other.m_layer;
+}
+
 Zcad::ErrorStatus ZcDbEntity::setColorIndex(quint16 index)
 {
     if (index > kZcColorByLayer)

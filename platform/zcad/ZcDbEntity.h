@@ -30,6 +30,8 @@ public:
 
     const QString& layer() const { return m_layer->text; }
     Zcad::ErrorStatus setLayer(const QString& layer);
+    // Puts this entity on the layer of `other`.
+    void setLayerOf(const ZcDbEntity& other);
     // The CAD colour index 0-256 (0 by block, 256 by layer).
     quint16 colorIndex() const { return m_colorIndex; }
     Zcad::ErrorStatus setColorIndex(quint16 index);

@@ -72,7 +72,7 @@ bool parsePlainDecimal(std::string_view s, double& value)
     }
     if (digits == 0)
         return false;
-    value = double(mantissa) / kPowersOfTen[std::max(fractionDigits, 0)];
+    value = fractionDigits > 0 ? double(mantissa) / kPowersOfTen[fractionDigits] : double(mantissa);
     if (negative)
         value = -value;
     return true;

@@ -63,3 +63,21 @@ TEST(ZcDbEntityLayer, EntitiesMadeOnAnotherThreadOutliveIt)
     lines.clear();
     EXPECT_EQ(here.layer(), kRooms);
 }
+
+TEST(ZcDbEntityLayer, TakingAnotherEntitysLayerKeepsItWhenThatOneMovesOrGoes)
+{
+    auto first = std::make_unique<ZcDbLine>();
+    first->setLayer(kPipes);
+    ZcDbLine second;
+    second.setLayerOf(*first);
+    second.setLayerOf(second);
+    EXPECT_EQ(second.layer(), kPipes);
+    first->setLayer(kRooms);
+    EXPECT_EQ(second.layer(), kPipes);
+    second.setLayerOf(*first);
+    first.reset();
+    EXPECT_EQ(second.layer(), kRooms);
+    ZcDbLine onZero;
+    second.setLayerOf(onZero);
+    EXPECT_EQ(second.layer(), QStringLiteral("0"));
+}
