@@ -35,7 +35,7 @@ QvKsEntity::QvKsEntity(std::unique_ptr<ZcDbEntity> shape)
     if (!m_shape)
         return;
     setHandle(m_shape->handle());
-    setLayer(m_shape->layer());
+    setLayerOf(*m_shape);
     setColorIndex(m_shape->colorIndex());
     if (m_shape->hasTrueColor())
         setTrueColor(m_shape->trueColor());

@@ -3,6 +3,7 @@
 #include "ZcDbBlockTable.h"
 #include "ZcDbBlockTableRecord.h"
 #include "ZcDbEntity.h"
+#include "ZcDbObjectArena.h"
 #include "dxf/DxfFileStream.h"
 #include "dxf/DxfReader.h"
 
@@ -11,11 +12,14 @@
 #include <QHash>
 
 #include <algorithm>
+#include <atomic>
 
 ZCRX_DEFINE_MEMBERS(ZcDbDatabase, ZcRxObject)
 
 struct ZcDbDatabase::Content
 {
+    // Declared first: the objects made in it are destroyed before it.
+    ZcDbObjectArena arena;
     // Index 0 stays empty so that index 0 means "no object".
     std::vector<std::unique_ptr<ZcDbObject>> objects = [] {
         std::vector<std::unique_ptr<ZcDbObject>> list;
@@ -35,6 +39,23 @@ QHash<quint32, ZcDbDatabase*>& liveDatabases()
 {
     static auto* live = new QHash<quint32, ZcDbDatabase*>;
     return *live;
+}
+
+// The database an id named last on this thread: a walk over a block asks for the
+// same one each step. Any change to the live databases makes it stale.
+std::atomic<quint64> g_liveGeneration { 1 };
+
+struct RecentDatabase
+{
+    quint64 generation = 0;
+    quint32 serial = 0;
+    ZcDbDatabase* database = nullptr;
+};
+thread_local RecentDatabase t_recent;
+
+void liveDatabasesChanged()
+{
+    g_liveGeneration.fetch_add(1, std::memory_order_release);
 }
 
 quint32 nextSerial()
@@ -62,6 +83,7 @@ ZcDbDatabase::ZcDbDatabase(bool buildDefaultDrawing, bool noDocument)
     , m_noDocument(noDocument)
 {
     liveDatabases().insert(m_serial, this);
+    liveDatabasesChanged();
     if (buildDefaultDrawing)
         buildDefault();
 }
@@ -69,11 +91,15 @@ ZcDbDatabase::ZcDbDatabase(bool buildDefaultDrawing, bool noDocument)
 ZcDbDatabase::~ZcDbDatabase()
 {
     liveDatabases().remove(m_serial);
+    liveDatabasesChanged();
 }
 
 ZcDbDatabase* ZcDbDatabase::fromSerial(quint32 serial)
 {
-    return liveDatabases().value(serial, nullptr);
+    const quint64 generation = g_liveGeneration.load(std::memory_order_acquire);
+    if (t_recent.generation != generation || t_recent.serial != serial)
+        t_recent = { generation, serial, liveDatabases().value(serial, nullptr) };
+    return t_recent.database;
 }
 
 void ZcDbDatabase::buildDefault()
@@ -91,6 +117,11 @@ ZcDbBlockTable* ZcDbDatabase::blockTable() const
 ZcDbObject* ZcDbDatabase::objectAt(quint32 index) const
 {
     return index < m_content->objects.size() ? m_content->objects[index].get() : nullptr;
+}
+
+ZcDbObjectArena& ZcDbDatabase::objectArena()
+{
+    return m_content->arena;
 }
 
 quint32 ZcDbDatabase::objectCount() const
@@ -212,6 +243,7 @@ void ZcDbDatabase::takeContentFrom(ZcDbDatabase& other)
     std::swap(m_serial, other.m_serial);
     liveDatabases().insert(m_serial, this);
     liveDatabases().insert(other.m_serial, &other);
+    liveDatabasesChanged();
 }
 
 Zcad::ErrorStatus ZcDbDatabase::readDwgFile(
@@ -279,7 +311,8 @@ std::unique_ptr<ZcDbEntity> ZcDbDatabase::promote(std::unique_ptr<ZcDbEntity> en
         return entity;
     for (const FactoryEntry& entry : factories())
         for (const ZcDbXDataApp& app : *apps)
-            if (app.appName.compare(entry.app, Qt::CaseInsensitive) == 0)
+            // Mostly spelt as registered: the exact match saves the case folding.
+            if (app.appName == entry.app || app.appName.compare(entry.app, Qt::CaseInsensitive) == 0)
                 return std::unique_ptr<ZcDbEntity>(entry.factory(entity.release()));
     return entity;
 }

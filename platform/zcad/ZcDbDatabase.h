@@ -23,6 +23,7 @@ class ZcDbBlockTable;
 class ZcDbBlockTableRecord;
 class ZcDbEntity;
 class ZcDbObject;
+class ZcDbObjectArena;
 
 class ZcDbDatabase : public ZcRxObject
 {
@@ -76,6 +77,8 @@ public:
     quint32 serial() const { return m_serial; }
     ZcDbObject* objectAt(quint32 index) const;
     quint32 objectCount() const;
+    // Where readers make the objects of this content (they live as long as it).
+    ZcDbObjectArena& objectArena();
     ZcDbObjectId addObject(std::unique_ptr<ZcDbObject> object, ZcDbObjectId owner);
     // The block of that name, made (with `origin`) when missing.
     ZcDbBlockTableRecord* ensureBlock(const QString& name);

@@ -9,6 +9,8 @@
 
 #include <QString>
 
+#include <atomic>
+
 // Colour indexes with a meaning of their own.
 constexpr quint16 kZcColorByBlock = 0;
 constexpr quint16 kZcColorByLayer = 256;
@@ -26,8 +28,10 @@ public:
     ZcDbEntity();
     ~ZcDbEntity() override;
 
-    QString layer() const { return m_layer; }
+    const QString& layer() const { return m_layer->text; }
     Zcad::ErrorStatus setLayer(const QString& layer);
+    // Puts this entity on the layer of `other`.
+    void setLayerOf(const ZcDbEntity& other);
     // The CAD colour index 0-256 (0 by block, 256 by layer).
     quint16 colorIndex() const { return m_colorIndex; }
     Zcad::ErrorStatus setColorIndex(quint16 index);
@@ -54,7 +58,20 @@ protected:
 private:
     static constexpr quint32 kHasTrueColor = 0x80000000u;
 
-    QString m_layer = QStringLiteral("0");
+    // A layer name held once for the entities on it (a drawing has many entities
+    // per layer): each entity keeps a pointer, not a string of its own.
+    struct LayerName
+    {
+        std::atomic<quint32> refs;
+        QString text;
+    };
+    struct RecentLayer;
+    static LayerName* defaultLayer();
+    static LayerName*& recentLayer();
+    static LayerName* shareLayer(const QString& layer);
+    static void releaseLayer(LayerName* name);
+
+    LayerName* m_layer = defaultLayer();
     quint32 m_trueColor = 0;
     quint16 m_colorIndex = kZcColorByLayer;
 };

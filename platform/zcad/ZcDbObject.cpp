@@ -1,19 +1,53 @@
 #include "ZcDbObject.h"
 
 #include "ZcDbDatabase.h"
+#include "ZcDbObjectArena.h"
 
 #include <algorithm>
 #include <limits>
 
 ZCRX_DEFINE_MEMBERS(ZcDbObject, ZcRxObject)
 
-ZcDbObject::ZcDbObject() = default;
+namespace {
+bool inCurrentArena(const void* object)
+{
+    const ZcDbObjectArena* arena = ZcDbObjectArena::current();
+    return arena && arena->contains(object);
+}
+} // namespace
+
+ZcDbObject::ZcDbObject()
+    : m_inArena(inCurrentArena(this))
+{ }
+
 ZcDbObject::~ZcDbObject() = default;
 
 ZcDbObject::ZcDbObject(const ZcDbObject& other)
     : ZcRxObject(other)
     , m_xdata(other.m_xdata)
+    , m_inArena(inCurrentArena(this))
 { }
+
+void* ZcDbObject::operator new(std::size_t size)
+{
+    if (ZcDbObjectArena* arena = ZcDbObjectArena::current())
+        return arena->allocate(size);
+    return ::operator new(size);
+}
+
+void ZcDbObject::operator delete(ZcDbObject* object, std::destroying_delete_t)
+{
+    const bool inArena = object->m_inArena;
+    object->~ZcDbObject();
+    if (!inArena)
+        ::operator delete(object);
+}
+
+void ZcDbObject::operator delete(void* memory)
+{
+    if (!inCurrentArena(memory))
+        ::operator delete(memory);
+}
 
 ZcDbDatabase* ZcDbObject::database() const
 {

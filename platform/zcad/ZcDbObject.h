@@ -5,6 +5,9 @@
 // at a time. Erased objects stay where they are, marked, and open only when asked
 // for with openErased. Objects outside a database (new ones, exploded pieces) are
 // owned by whoever made them and deleted with delete.
+//
+// A drawing reader makes its objects in the database's arena (ZcDbObjectArena):
+// delete runs their destructor and leaves the memory to the arena.
 #include "ZcDbObjectId.h"
 #include "ZcDbXData.h"
 #include "ZcRxObject.h"
@@ -13,6 +16,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <new>
 #include <vector>
 
 class ZcDbDatabase;
@@ -24,6 +28,14 @@ public:
     ZcDbObject();
     ~ZcDbObject() override;
     ZcDbObject& operator=(const ZcDbObject&) = delete;
+
+    // From the arena of the thread's active ZcDbObjectArena::Scope, else the heap.
+    static void* operator new(std::size_t size);
+    // Destroys the object and gives its memory back unless an arena holds it. The
+    // object must start where its allocation does (classes derive singly).
+    static void operator delete(ZcDbObject* object, std::destroying_delete_t);
+    // Only for a constructor that throws.
+    static void operator delete(void* memory);
 
     ZcDbObjectId objectId() const { return ZcDbObjectId(m_databaseSerial, m_index); }
     ZcDbObjectId ownerId() const { return ZcDbObjectId(m_databaseSerial, m_ownerIndex); }
@@ -70,8 +82,10 @@ private:
     quint32 m_index = 0;
     quint32 m_ownerIndex = 0;
     quint16 m_readers = 0;
-    bool m_writeOpen = false;
-    bool m_erased = false;
+    bool m_writeOpen : 1 = false;
+    bool m_erased : 1 = false;
+    // Made in an arena: its memory is not the heap's.
+    bool m_inArena : 1 = false;
 };
 
 Zcad::ErrorStatus zcdbOpenZcDbObject(

@@ -4,7 +4,7 @@
 // starts at each (0 straight, tan(angle/4) for an arc segment).
 #include "ZcDbCurve.h"
 
-#include <vector>
+#include <span>
 
 class ZcDbPolyline : public ZcDbCurve
 {
@@ -18,15 +18,16 @@ public:
     };
 
     ZcDbPolyline() = default;
+    ~ZcDbPolyline() override;
     ZCDB_DECLARE_CLONE(ZcDbPolyline)
 
-    int numVerts() const { return int(m_vertices.size()); }
+    int numVerts() const { return int(m_count); }
     Zcad::ErrorStatus addVertexAt(int index, const ZcGePoint3d& point, double bulge = 0.0);
-    void appendVertex(double x, double y, double bulge = 0.0) { m_vertices.push_back({ x, y, bulge }); }
+    void appendVertex(double x, double y, double bulge = 0.0);
     Zcad::ErrorStatus getPointAt(int index, ZcGePoint3d& point) const;
     Zcad::ErrorStatus getBulgeAt(int index, double& bulge) const;
-    const std::vector<Vertex>& vertices() const { return m_vertices; }
-    void reserveVertices(size_t count) { m_vertices.reserve(count); }
+    std::span<const Vertex> vertices() const { return { m_vertices, m_count }; }
+    void reserveVertices(size_t count);
 
     bool isClosed() const { return m_closed; }
     void setClosed(bool closed) { m_closed = closed; }
@@ -36,8 +37,19 @@ public:
     Zcad::ErrorStatus transformBy(const ZcGeMatrix3d& transform) override;
     Zcad::ErrorStatus getGeomExtents(ZcDbExtents& extents) const override;
 
+protected:
+    ZcDbPolyline(const ZcDbPolyline& other);
+
 private:
-    std::vector<Vertex> m_vertices;
+    void setCapacity(size_t capacity);
+
+    // The vertices sit in memory of their own: from the heap, or, for a polyline
+    // a drawing reader makes, from the arena that holds the polyline (then given
+    // back with it, not here).
+    Vertex* m_vertices = nullptr;
+    quint32 m_count = 0;
+    quint32 m_capacity = 0;
     double m_elevation = 0.0;
     bool m_closed = false;
+    bool m_verticesInArena = false;
 };

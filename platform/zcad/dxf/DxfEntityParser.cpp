@@ -62,13 +62,32 @@ void DxfStringPool::Use::count(bool full, bool hit)
 
 QString DxfStringPool::get(std::string_view bytes)
 {
+    // The few texts that come again and again (layers, application names) are at
+    // hand without a look-up in the pool.
+    for (const Recent& recent : m_recent)
+        if (!recent.bytes.empty() && recent.bytes == bytes)
+            return recent.text;
+    bool repeated = false;
+    QString text = lookUp(bytes, repeated);
+    if (repeated) {
+        Recent& recent = m_recent[m_nextRecent++ % m_recent.size()];
+        recent.bytes.assign(bytes);
+        recent.text = text;
+    }
+    return text;
+}
+
+QString DxfStringPool::lookUp(std::string_view bytes, bool& repeated)
+{
     if (bytes.size() > kMaxPooledLength || m_poolUse.off)
         return m_codec.decode(bytes);
     const bool full = m_pool.size() >= kMaxPoolSize;
     const auto it = m_pool.find(bytes);
     m_poolUse.count(full, it != m_pool.end());
-    if (it != m_pool.end())
+    if (it != m_pool.end()) {
+        repeated = true;
         return it->second;
+    }
     QString text = m_codec.decode(bytes);
     if (!full)
         m_pool.emplace(std::string(bytes), text);

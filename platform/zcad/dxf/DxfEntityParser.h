@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -48,7 +49,18 @@ private:
         void count(bool full, bool hit);
     };
 
+    struct Recent
+    {
+        std::string bytes;
+        QString text;
+    };
+    // `repeated`: the text was in the pool already.
+    QString lookUp(std::string_view bytes, bool& repeated);
+
     DxfTextCodec& m_codec;
+    // Texts met more than once, newest replacing oldest.
+    std::array<Recent, 4> m_recent;
+    size_t m_nextRecent = 0;
     Use m_poolUse;
     Use m_xdataPoolUse;
     std::unordered_map<std::string, QString, Hash, std::equal_to<>> m_pool;

@@ -48,6 +48,13 @@ bool DxfFileStream::open(const QString& fileName)
 size_t DxfFileStream::fill(size_t wanted)
 {
     wanted = std::min(std::max(wanted, m_filled + kPiece), m_size);
+    if (wanted > m_filled) {
+        // The pages about to be read into, made present in one call rather than
+        // one fault per page while the system copies the bytes.
+        const size_t begin = m_filled / pageSize() * pageSize();
+        const size_t end = std::min((wanted + pageSize() - 1) / pageSize() * pageSize(), m_mapped);
+        madvise(m_base + begin, end - begin, MADV_POPULATE_WRITE);
+    }
     while (m_filled < wanted && !failed()) {
         const qint64 got = m_file.read(m_base + m_filled, qint64(wanted - m_filled));
         if (got <= 0) {
@@ -67,6 +74,17 @@ void DxfFileStream::release(size_t offset)
     const size_t end = std::min(offset, m_filled) / pageSize() * pageSize();
     if (end < m_released + kPiece)
         return;
-    madvise(m_base + m_released, end - m_released, MADV_DONTNEED);
+    const size_t length = end - m_released;
+    // The pages left behind move to where the next pieces will be read: a large
+    // file passes through the same few pages instead of taking new ones all along.
+    // Their old range stays reserved, empty as if given back.
+    const size_t target = std::max((m_filled + pageSize() - 1) / pageSize() * pageSize(), m_recycled);
+    if (target + length <= m_mapped
+        && mremap(m_base + m_released, length, length, MREMAP_MAYMOVE | MREMAP_FIXED | MREMAP_DONTUNMAP,
+               m_base + target)
+            != MAP_FAILED)
+        m_recycled = target + length;
+    else
+        madvise(m_base + m_released, length, MADV_DONTNEED);
     m_released = end;
 }

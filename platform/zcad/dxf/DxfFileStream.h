@@ -3,7 +3,8 @@
 // The bytes of a drawing file, read piece by piece while they are parsed. All of
 // the file gets one address range up front, so views into it stay valid; pages
 // are filled as the reader reaches them, and pages the reader has left behind for
-// good are given back. A large floor is thus never whole in memory at once.
+// good are used again further on. A large floor is thus never whole in memory at
+// once.
 #include <QFile>
 #include <QString>
 
@@ -38,5 +39,7 @@ private:
     size_t m_size = 0;
     size_t m_filled = 0;
     size_t m_released = 0;
+    // Pages moved ahead for reading end here.
+    size_t m_recycled = 0;
     QString m_error;
 };

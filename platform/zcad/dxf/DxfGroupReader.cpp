@@ -2,6 +2,8 @@
 
 #include "DxfFileStream.h"
 
+#include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cstring>
 
@@ -17,6 +19,63 @@ std::string_view trimmed(std::string_view s)
     while (!s.empty() && (s.back() == ' ' || s.back() == '\t' || s.back() == '\r'))
         s.remove_suffix(1);
     return s;
+}
+
+// The first '\n' of the `size` bytes at `p`, null when there is none. Lines of a
+// drawing are short (a group code, a number, a name): eight bytes are looked at a
+// time at first, and the library's search takes over for long lines.
+const char* findNewline(const char* p, size_t size)
+{
+    const char* end = p + size;
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr quint64 kOnes = 0x0101010101010101ULL;
+        constexpr quint64 kHighs = 0x8080808080808080ULL;
+        for (int words = 0; words < 4 && end - p >= 8; ++words, p += 8) {
+            quint64 word;
+            std::memcpy(&word, p, sizeof word);
+            const quint64 x = word ^ (kOnes * quint64('\n'));
+            // The lowest high bit set marks the first byte equal to '\n'.
+            const quint64 found = (x - kOnes) & ~x & kHighs;
+            if (found)
+                return p + (std::countr_zero(found) >> 3);
+        }
+    }
+    return static_cast<const char*>(std::memchr(p, '\n', size_t(end - p)));
+}
+
+// Plain decimals ("12", "-0.75", "2.5"), as nearly all numbers of a drawing are:
+// at most 15 digits make an exact integer, and one division by an exact power of
+// ten rounds correctly, so the value is the one the general conversion gives.
+bool parsePlainDecimal(std::string_view s, double& value)
+{
+    static constexpr double kPowersOfTen[]
+        = { 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15 };
+    const char* p = s.data();
+    const char* end = p + s.size();
+    const bool negative = p != end && *p == '-';
+    p += negative;
+    quint64 mantissa = 0;
+    int digits = 0;
+    int fractionDigits = -1;
+    for (; p != end; ++p) {
+        const unsigned digit = unsigned(quint8(*p)) - '0';
+        if (digit <= 9) {
+            if (++digits > 15)
+                return false;
+            mantissa = mantissa * 10 + digit;
+            fractionDigits += fractionDigits >= 0;
+        } else if (*p == '.' && fractionDigits < 0) {
+            fractionDigits = 0;
+        } else {
+            return false;
+        }
+    }
+    if (digits == 0)
+        return false;
+    value = fractionDigits > 0 ? double(mantissa) / kPowersOfTen[fractionDigits] : double(mantissa);
+    if (negative)
+        value = -value;
+    return true;
 }
 
 std::string_view numberText(std::string_view s)
@@ -51,6 +110,30 @@ ValueType typeOf(int code)
     return ValueType::String;
 }
 
+// A group code line, trimmed: decimal digits with an optional minus sign, in the
+// range group codes have.
+bool parseCode(std::string_view text, int& code)
+{
+    const char* p = text.data();
+    const char* end = p + text.size();
+    const bool negative = p != end && *p == '-';
+    p += negative;
+    if (p == end)
+        return false;
+    int value = 0;
+    for (; p != end; ++p) {
+        const unsigned digit = unsigned(quint8(*p)) - '0';
+        if (digit > 9)
+            return false;
+        value = value * 10 + int(digit);
+        // Leading zeros are allowed; anything this large is no group code.
+        if (value > 1071)
+            return false;
+    }
+    code = negative ? -value : value;
+    return code >= -5;
+}
+
 template <typename T> T readLittleEndian(const char* p)
 {
     T value;
@@ -68,6 +151,11 @@ double DxfGroup::toDouble(bool* ok) const
     }
     const std::string_view s = numberText(text);
     double value = 0.0;
+    if (parsePlainDecimal(s, value)) {
+        if (ok)
+            *ok = true;
+        return value;
+    }
     const auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), value);
     const bool good = ec == std::errc() && end == s.data() + s.size() && !s.empty();
     if (ok)
@@ -158,28 +246,30 @@ bool DxfGroupReader::fail(const QString& message)
     return false;
 }
 
-bool DxfGroupReader::next(DxfGroup& group)
+void DxfGroupReader::pushBack()
 {
-    if (m_pushedBack) {
-        m_pushedBack = false;
-        group = m_last;
-        return true;
-    }
-    if (failed() || m_position >= m_data.size())
-        return false;
-    const bool ok = m_binary ? nextBinary(group) : nextText(group);
-    if (ok)
-        m_last = group;
-    return ok;
+    m_pushedBackAt = position();
+    m_position = m_lastStart;
+    m_line = m_lastLine;
 }
 
-bool DxfGroupReader::readLine(std::string_view& line)
+bool DxfGroupReader::next(DxfGroup& group)
+{
+    m_pushedBackAt = -1;
+    if (failed() || m_position >= m_data.size())
+        return false;
+    m_lastStart = m_position;
+    m_lastLine = m_line;
+    return m_binary ? nextBinary(group) : nextText(group);
+}
+
+inline bool DxfGroupReader::readLine(std::string_view& line)
 {
     if (m_position >= m_data.size())
         return false;
     const char* begin = m_data.data() + m_position;
     size_t left = m_end - m_position;
-    const void* newline = std::memchr(begin, '\n', left);
+    const void* newline = findNewline(begin, left);
     while (!newline && readMore()) {
         const size_t searched = left;
         left = m_end - m_position;
@@ -194,26 +284,58 @@ bool DxfGroupReader::readLine(std::string_view& line)
     return true;
 }
 
+inline bool DxfGroupReader::readPlainCode(int& code)
+{
+    const char* begin = m_data.data() + m_position;
+    const char* end = m_data.data() + m_end;
+    const char* p = begin;
+    while (p != end && *p == ' ')
+        ++p;
+    const char* digits = p;
+    int value = 0;
+    for (; p != end && p - digits < 4; ++p) {
+        const unsigned digit = unsigned(quint8(*p)) - '0';
+        if (digit > 9)
+            break;
+        value = value * 10 + int(digit);
+    }
+    if (p == digits || value > 1071)
+        return false;
+    if (p != end && *p == '\r')
+        ++p;
+    if (p == end || *p != '\n')
+        return false;
+    m_position += size_t(p + 1 - begin);
+    ++m_line;
+    code = value;
+    return true;
+}
+
 bool DxfGroupReader::nextText(DxfGroup& group)
 {
-    std::string_view codeLine;
-    m_lastStart = m_position;
-    // Blank lines between groups (a trailing newline at the end, say) are no group.
-    do {
-        if (!readLine(codeLine))
-            return false;
-        codeLine = trimmed(codeLine);
-    } while (codeLine.empty() && m_position < m_data.size());
-    if (codeLine.empty())
-        return false;
     int code = 0;
-    const auto [end, ec] = std::from_chars(codeLine.data(), codeLine.data() + codeLine.size(), code);
-    if (ec != std::errc() || end != codeLine.data() + codeLine.size() || code < -5 || code > 1071)
-        return fail(QStringLiteral("invalid group code"));
+    if (!readPlainCode(code)) {
+        std::string_view codeLine;
+        // Blank lines between groups (a trailing newline at the end, say) are no group.
+        do {
+            if (!readLine(codeLine))
+                return false;
+            codeLine = trimmed(codeLine);
+        } while (codeLine.empty() && m_position < m_data.size());
+        if (codeLine.empty())
+            return false;
+        if (!parseCode(codeLine, code))
+            return fail(QStringLiteral("invalid group code"));
+    }
     std::string_view value;
     if (!readLine(value))
         return fail(QStringLiteral("group %1 without a value").arg(code));
-    group = DxfGroup { code, value };
+    // Field by field: the group is written for every line pair of the file.
+    group.code = code;
+    group.text = value;
+    group.real = 0.0;
+    group.integer = 0;
+    group.binaryNumber = false;
     return true;
 }
 

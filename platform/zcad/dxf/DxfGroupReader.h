@@ -36,13 +36,18 @@ public:
     // The next group; false at the end of the data or on a malformed group (then
     // failed() is true and error() says where).
     bool next(DxfGroup& group);
-    // The group last returned by next() is returned once more by the next call.
-    void pushBack() { m_pushedBack = true; }
+    // The group last returned by next() is returned once more by the next call
+    // (read again from its bytes, which are still there).
+    void pushBack();
     bool failed() const { return !m_error.isEmpty(); }
     QString error() const { return m_error; }
-    bool atEnd() const { return !m_pushedBack && m_position >= m_data.size(); }
-    // The line (text DXF) or byte offset (binary DXF) reached.
-    qint64 position() const { return m_binary ? qint64(m_position) : m_line; }
+    bool atEnd() const { return m_position >= m_data.size(); }
+    // The line (text DXF) or byte offset (binary DXF) reached; a group given back
+    // counts as read.
+    qint64 position() const
+    {
+        return m_pushedBackAt >= 0 ? m_pushedBackAt : m_binary ? qint64(m_position) : m_line;
+    }
     size_t bytesLeft() const { return m_data.size() - m_position; }
     // Nothing before the group last returned is looked at again (the views of
     // earlier groups may then be gone).
@@ -52,6 +57,9 @@ private:
     bool nextText(DxfGroup& group);
     bool nextBinary(DxfGroup& group);
     bool readLine(std::string_view& line);
+    // The usual code line (blanks, up to four digits, the line end) in one pass;
+    // false, and nothing read, for any other.
+    bool readPlainCode(int& code);
     bool fail(const QString& message);
     void detectFormat();
     bool readMore();
@@ -60,12 +68,14 @@ private:
     size_t m_position = 0;
     // Bytes readable so far (all of m_data without a stream).
     size_t m_end = 0;
+    // Where the group last returned starts, and its line.
     size_t m_lastStart = 0;
+    qint64 m_lastLine = 0;
+    // The position after the group given back; -1 when none is.
+    qint64 m_pushedBackAt = -1;
     DxfFileStream* m_stream = nullptr;
     qint64 m_line = 0;
     bool m_binary = false;
     bool m_shortCodes = false;
-    bool m_pushedBack = false;
-    DxfGroup m_last;
     QString m_error;
 };

@@ -8,6 +8,7 @@
 #include "ZcDbBlockTable.h"
 #include "ZcDbBlockTableRecord.h"
 #include "ZcDbDatabase.h"
+#include "ZcDbObjectArena.h"
 
 #include <cmath>
 #include <vector>
@@ -330,6 +331,8 @@ Zcad::ErrorStatus DxfReader::read(State& state)
 {
     m_error.clear();
     ZcDbDatabase& database = state.database;
+    // Everything made while reading lives as long as the database's content.
+    const ZcDbObjectArena::Scope arena(database.objectArena());
     DxfGroupReader& reader = state.reader;
     ZcDbBlockTableRecord* modelSpace = database.ensureBlock(QString::fromUtf16(ZCDB_MODEL_SPACE));
     database.ensureBlock(QString::fromUtf16(ZCDB_PAPER_SPACE));
