@@ -13,6 +13,7 @@
 #include "UsedCodeIndexes.h"
 
 #include <QDialog>
+#include <QHash>
 #include <QListWidget>
 #include <QSet>
 #include <QString>
@@ -118,9 +119,9 @@ public:
     bool m_bSelCodeReplaced = false;
     // The working drawing is scanned when the set is first read, not while opening.
     UsedCodeIndexes m_usedCodeIndexes;
-    // Product entities per code (index path in lower case) and floor; the floors in
+    // Product entities per floor and code (index path in lower case); the floors in
     // the order they were scanned.
-    std::map<QString, std::map<QString, int>> m_codeUsage;
+    std::map<QString, QHash<QString, int>> m_codeUsage;
     QStringList m_scannedFloors;
     CSysCodeData m_clipboard;
     QvKsUiNumEdit m_editScale;

@@ -6,6 +6,7 @@
 #include "CCodeUsageDlg.h"
 #include "CProj.h"
 #include "CQVSpecTypeInfoGet.h"
+#include "CodePathCounter.h"
 #include "IFloorMng.h"
 #include "QvKsEntity.h"
 #include "QvProInterface.h"
@@ -46,22 +47,20 @@ void SysCodeDlg::ScanDrawing(ZcDbDatabase* database, const QString& floor)
     if (modelSpace->newIterator(iterator, true, false) != Zcad::eOk || !iterator)
         return;
     const std::unique_ptr<ZcDbBlockTableRecordIterator> owner(iterator);
-    // A floor's pipes repeat a few codes many times: they are counted by their path
-    // as read, and each path is lowered once at the end.
-    QHash<QString, int> counts;
+    CodePathCounter counter;
     for (; !iterator->done(); iterator->step(true, false)) {
         ZcDbEntity* entity = nullptr;
         if (iterator->getEntity(entity, ZcDb::kForRead, true) != Zcad::eOk || !entity)
             continue;
         if (const QvKsEntity* product = QvKsEntity::cast(entity))
-            ++counts[product->GetSysCodeIndex()];
+            counter.Add(product->GetSysCodeIndex());
         entity->close();
     }
-    for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
-        QString index = it.key().toLower();
-        m_codeUsage[index][floor] += it.value();
-        m_usedCodeIndexes.insert(std::move(index));
-    }
+    QHash<QString, int>& usage = m_codeUsage[floor];
+    counter.AddTo(usage);
+    m_usedCodeIndexes.reserve(m_usedCodeIndexes.size() + std::size_t(usage.size()));
+    for (auto it = usage.keyBegin(); it != usage.keyEnd(); ++it)
+        m_usedCodeIndexes.insert(*it);
 }
 
 void SysCodeDlg::ScanOtherFloors()
@@ -101,14 +100,17 @@ QString SysCodeDlg::DescribeCodeFloors(int index, int& count) const
     count = 0;
     m_usedCodeIndexes.Settle();
     const int spec = int(CQVSpecTypeInfoGet::GetSpecTypeByName(m_strSpec));
-    const auto used = m_codeUsage.find(QString::asprintf("%d\\%d", spec, index));
-    if (index <= 0 || used == m_codeUsage.end())
+    if (index <= 0)
         return QString();
+    const QString path = QString::asprintf("%d\\%d", spec, index);
     QStringList floors;
     for (const QString& floor : m_scannedFloors) {
-        if (const auto n = used->second.find(floor); n != used->second.end()) {
-            count += n->second;
-            floors << QStringLiteral("%1 %2").arg(floor).arg(n->second);
+        const auto usage = m_codeUsage.find(floor);
+        if (usage == m_codeUsage.end())
+            continue;
+        if (const auto n = usage->second.constFind(path); n != usage->second.cend()) {
+            count += n.value();
+            floors << QStringLiteral("%1 %2").arg(floor).arg(n.value());
         }
     }
     return floors.join(QStringLiteral("，"));

@@ -26,17 +26,17 @@ void UsedCodeIndexes::clear()
 std::size_t UsedCodeIndexes::count(const QString& path) const
 {
     Settle();
-    return m_paths.count(path);
+    return m_paths.contains(path) ? 1 : 0;
 }
 
 std::size_t UsedCodeIndexes::size() const
 {
     Settle();
-    return m_paths.size();
+    return std::size_t(m_paths.size());
 }
 
-const std::set<QString>& UsedCodeIndexes::Paths() const
+std::set<QString> UsedCodeIndexes::Paths() const
 {
     Settle();
-    return m_paths;
+    return std::set<QString>(m_paths.cbegin(), m_paths.cend());
 }

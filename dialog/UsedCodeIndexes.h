@@ -4,6 +4,7 @@
 // carry. A scan can be handed in to run later: it runs once, before anything reads
 // the set, so the dialog opens on a large drawing without waiting for it, and every
 // reader still sees each path that drawing holds.
+#include <QSet>
 #include <QString>
 
 #include <cstddef>
@@ -21,13 +22,15 @@ public:
     // Runs the scan handed in, if it has not run yet.
     void Settle() const;
 
-    void insert(QString path) { m_paths.insert(std::move(path)); }
+    void insert(const QString& path) { m_paths.insert(path); }
+    void reserve(std::size_t paths) { m_paths.reserve(qsizetype(paths)); }
     // Empties the set and drops a scan that has not run.
     void clear();
 
     std::size_t count(const QString& path) const;
     std::size_t size() const;
-    const std::set<QString>& Paths() const;
+    // The paths in plain string order (made when asked for).
+    std::set<QString> Paths() const;
 
     friend bool operator==(const UsedCodeIndexes& used, const std::set<QString>& paths)
     {
@@ -36,5 +39,7 @@ public:
 
 private:
     mutable Scan m_deferred;
-    std::set<QString> m_paths;
+    // Hashed: a floor whose pipes all carry codes of their own adds a path for
+    // each, and a look-up is one probe.
+    QSet<QString> m_paths;
 };
