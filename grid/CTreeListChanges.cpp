@@ -38,52 +38,45 @@ void CTreeListDataChange::Redo(CTreeListModel& model)
     model.tree().setData(m_item, m_after);
 }
 
-CTreeListInsertChange::CTreeListInsertChange(CTreeListItemTree& tree, HTREEITEM item)
+CTreeListPlaceChange::CTreeListPlaceChange(
+    CTreeListItemTree& tree, Kind kind, HTREEITEM item, HTREEITEM parent, int position)
     : m_tree(tree)
-    , m_item(item)
-    , m_parent(item->parent())
-    , m_position(item->indexInParent())
-{ }
-
-CTreeListInsertChange::~CTreeListInsertChange()
-{
-    if (m_held)
-        m_tree.destroyDetached(m_item);
-}
-
-void CTreeListInsertChange::Undo(CTreeListModel& model)
-{
-    model.detachItem(m_item);
-    m_held = true;
-}
-
-void CTreeListInsertChange::Redo(CTreeListModel& model)
-{
-    model.attachItem(m_item, m_parent, m_position);
-    m_held = false;
-}
-
-CTreeListRemoveChange::CTreeListRemoveChange(
-    CTreeListItemTree& tree, HTREEITEM item, HTREEITEM parent, int position)
-    : m_tree(tree)
+    , m_kind(kind)
     , m_item(item)
     , m_parent(parent)
     , m_position(position)
+    , m_held(kind == Removed)
 { }
 
-CTreeListRemoveChange::~CTreeListRemoveChange()
+CTreeListPlaceChange::~CTreeListPlaceChange()
 {
     if (m_held)
         m_tree.destroyDetached(m_item);
 }
 
-void CTreeListRemoveChange::Undo(CTreeListModel& model)
+void CTreeListPlaceChange::Undo(CTreeListModel& model)
+{
+    if (m_kind == Inserted)
+        TakeOut(model);
+    else
+        PutBack(model);
+}
+
+void CTreeListPlaceChange::Redo(CTreeListModel& model)
+{
+    if (m_kind == Inserted)
+        PutBack(model);
+    else
+        TakeOut(model);
+}
+
+void CTreeListPlaceChange::PutBack(CTreeListModel& model)
 {
     model.attachItem(m_item, m_parent, m_position);
     m_held = false;
 }
 
-void CTreeListRemoveChange::Redo(CTreeListModel& model)
+void CTreeListPlaceChange::TakeOut(CTreeListModel& model)
 {
     model.detachItem(m_item);
     m_held = true;

@@ -41,45 +41,30 @@ private:
     quintptr m_after;
 };
 
-// An item put into the tree (inserted or copied, with its subtree). Undone, the
-// step holds the item out of the tree.
-class CTreeListInsertChange : public CTreeListChange
+// An item put into the tree (inserted or copied, with its subtree) or taken out of
+// it. While the item is out of the tree the step holds it.
+class CTreeListPlaceChange : public CTreeListChange
 {
 public:
-    CTreeListInsertChange(CTreeListItemTree& tree, HTREEITEM item);
-    ~CTreeListInsertChange() override;
+    enum Kind { Inserted, Removed };
+    CTreeListPlaceChange(CTreeListItemTree& tree, Kind kind, HTREEITEM item, HTREEITEM parent, int position);
+    ~CTreeListPlaceChange() override;
     void Undo(CTreeListModel& model) override;
     void Redo(CTreeListModel& model) override;
-    HTREEITEM Item() const override { return m_item; }
-
-    bool ChangesRows() const override { return true; }
-
-private:
-    CTreeListItemTree& m_tree;
-    HTREEITEM m_item;
-    HTREEITEM m_parent;
-    int m_position;
-    bool m_held = false;
-};
-
-// An item taken out of the tree with its subtree, held by the step until undone.
-class CTreeListRemoveChange : public CTreeListChange
-{
-public:
-    CTreeListRemoveChange(CTreeListItemTree& tree, HTREEITEM item, HTREEITEM parent, int position);
-    ~CTreeListRemoveChange() override;
-    void Undo(CTreeListModel& model) override;
-    void Redo(CTreeListModel& model) override;
+    // Out of the tree, the row that held it is shown.
     HTREEITEM Item() const override { return m_held ? m_parent : m_item; }
-
     bool ChangesRows() const override { return true; }
 
 private:
+    void PutBack(CTreeListModel& model);
+    void TakeOut(CTreeListModel& model);
+
     CTreeListItemTree& m_tree;
+    Kind m_kind;
     HTREEITEM m_item;
     HTREEITEM m_parent;
     int m_position;
-    bool m_held = true;
+    bool m_held;
 };
 
 // Every item of the tree taken out at once (the grid emptied before a refill).

@@ -227,7 +227,8 @@ BOOL CTreeListCtrl::DeleteItem(HTREEITEM item)
         HTREEITEM parent = item->parent();
         const int position = item->indexInParent();
         m_model->detachItem(item);
-        m_history->Record(std::make_unique<CTreeListRemoveChange>(m_model->tree(), item, parent, position));
+        m_history->Record(std::make_unique<CTreeListPlaceChange>(
+            m_model->tree(), CTreeListPlaceChange::Removed, item, parent, position));
         return TRUE;
     }
     forgetHistoryOutsideGroup();

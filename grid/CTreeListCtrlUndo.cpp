@@ -108,7 +108,8 @@ void CTreeListCtrl::recordInserted(HTREEITEM item)
     if (!m_history->IsRecording())
         return;
     if (!m_history->IsBorn(item->parent()))
-        m_history->Record(std::make_unique<CTreeListInsertChange>(m_model->tree(), item));
+        m_history->Record(std::make_unique<CTreeListPlaceChange>(
+            m_model->tree(), CTreeListPlaceChange::Inserted, item, item->parent(), item->indexInParent()));
     m_history->MarkBorn(item);
 }
 
