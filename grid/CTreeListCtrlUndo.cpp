@@ -62,8 +62,8 @@ bool CTreeListCtrl::IsUndoClean() const
     return m_history->IsClean();
 }
 
-// Painting waits until the whole command has been replayed; then the rows are laid
-// out and painted once.
+// A command that only wrote cells repaints the rows it wrote. One that put, took or
+// moved rows is replayed with painting held; the rows are laid out and painted once.
 HTREEITEM CTreeListCtrl::replay(bool undo)
 {
     if (!(undo ? m_history->CanUndo() : m_history->CanRedo()))
