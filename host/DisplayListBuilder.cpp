@@ -26,13 +26,6 @@
 
 namespace {
 
-DisplayItem NewItem(DisplayItem::Kind kind, ZcDbObjectId id)
-{
-    DisplayItem item;
-    item.kind = kind;
-    item.entity = id;
-    return item;
-}
 constexpr int kMaxBlockDepth = 8;
 constexpr double kPi = 3.14159265358979323846;
 // More pattern repeats than this on one path: drawn continuous.
@@ -45,23 +38,25 @@ QColor FromColorRef(COLORREF color, int alpha = 0)
     return c;
 }
 
-void AddArcPoints(QPolygonF& points, double cx, double cy, double r, double a0, double a1)
+using Points = std::vector<QPointF>;
+
+void AddArcPoints(Points& points, double cx, double cy, double r, double a0, double a1)
 {
     while (a1 <= a0)
         a1 += 2 * kPi;
     const int steps = std::clamp(int((a1 - a0) / (kPi / 32)), 2, 128);
     for (int i = 0; i <= steps; ++i) {
         const double a = a0 + (a1 - a0) * i / steps;
-        points.append(QPointF(cx + r * std::cos(a), cy + r * std::sin(a)));
+        points.push_back(QPointF(cx + r * std::cos(a), cy + r * std::sin(a)));
     }
 }
 
 // The points of a polyline segment with a bulge (the start point excluded).
-void AddBulge(QPolygonF& points, const QPointF& a, const QPointF& b, double bulge)
+void AddBulge(Points& points, const QPointF& a, const QPointF& b, double bulge)
 {
     const double chord = QLineF(a, b).length();
     if (std::abs(bulge) < 1e-9 || chord < 1e-12) {
-        points.append(b);
+        points.push_back(b);
         return;
     }
     const double angle = 4 * std::atan(bulge);
@@ -75,7 +70,7 @@ void AddBulge(QPolygonF& points, const QPointF& a, const QPointF& b, double bulg
     const int steps = std::clamp(int(std::abs(angle) / (kPi / 32)), 2, 128);
     for (int i = 1; i <= steps; ++i) {
         const double t = start + angle * i / steps;
-        points.append(QPointF(
+        points.push_back(QPointF(
             centre.x() + std::abs(radius) * std::cos(t), centre.y() + std::abs(radius) * std::sin(t)));
     }
 }
@@ -90,13 +85,13 @@ QString PlainMText(QString contents)
 
 // The point `distance` along `points`, and the direction there.
 QPointF PointAt(
-    const QPolygonF& points, const std::vector<double>& cumulative, double distance, double& angle)
+    std::span<const QPointF> points, const std::vector<double>& cumulative, double distance, double& angle)
 {
     size_t i = 1;
     while (i + 1 < cumulative.size() && cumulative[i] < distance)
         ++i;
-    const QPointF a = points[qsizetype(i - 1)];
-    const QPointF b = points[qsizetype(i)];
+    const QPointF a = points[i - 1];
+    const QPointF b = points[i];
     const double length = cumulative[i] - cumulative[i - 1];
     angle = std::atan2(b.y() - a.y(), b.x() - a.x());
     const double t = length > 0 ? (distance - cumulative[i - 1]) / length : 0.0;
@@ -156,36 +151,50 @@ void DisplayListBuilder::Build(ZcDbDatabase* database, DisplayList& list) const
     // The styles and the layers may have changed since the last build.
     m_codeLooks.clear();
     m_layers.clear();
-    const Look white { Qt::white };
+    m_lastLayer = {};
+    m_lastCode = {};
+    const Look white { qRgb(255, 255, 255) };
     const std::vector<ZcDbObjectId> ids = QvKsModelSpace::EntityIds(database);
     list.Reserve(ids.size());
     for (const ZcDbObjectId id : ids) {
         ZcDbEntity* entity = nullptr;
         if (zcdbOpenObject(entity, id, ZcDb::kForRead) != Zcad::eOk)
             continue;
-        AddEntity(*entity, white, database, id, list, 0);
+        AddEntity(*entity, white, database, list, 0);
         entity->close();
         list.EndEntity(id);
     }
+    // The memos hold on to texts of the drawing, which may be read again or closed.
+    m_lastCode = {};
+    m_lastLayer = {};
 }
 
 DisplayListBuilder::Look DisplayListBuilder::ProductLook(const QvKsCodeStyle& style) const
 {
     Look look;
-    look.color = FromColorRef(style.color, style.alpha);
-    look.width = style.lineWidth > 0 ? std::clamp(style.lineWidth / 10.0, 1.0, 4.0) : 0.0;
+    look.color = FromColorRef(style.color, style.alpha).rgba();
+    look.width = style.lineWidth > 0 ? std::clamp(float(style.lineWidth) / 10.0f, 1.0f, 4.0f) : 0.0f;
     look.lineType = m_lineTypes.Find(LineTypeMgr::LineTypeNameOf(style.lineStyle, style.lineString));
     return look;
 }
 
 bool DisplayListBuilder::ProductLookOf(const QString& indexPath, Look& look) const
 {
+    // Pipes of one code carry one shared text, so the same text as the last
+    // entity's is the same code; the text is kept, so its address stays its own.
+    if (indexPath.constData() != m_lastCode.path.constData() || indexPath.size() != m_lastCode.path.size())
+        m_lastCode = { indexPath, FindCodeLook(indexPath) };
+    if (m_lastCode.code.known)
+        look = m_lastCode.code.look;
+    return m_lastCode.code.known;
+}
+
+DisplayListBuilder::CodeLook DisplayListBuilder::FindCodeLook(const QString& indexPath) const
+{
     quint64 key = 0;
     if (!IndexPathKey(indexPath, key)) {
         const QvKsCodeStyle* style = m_styles.Find(indexPath);
-        if (style)
-            look = ProductLook(*style);
-        return style != nullptr;
+        return style ? CodeLook { true, ProductLook(*style) } : CodeLook {};
     }
     auto it = m_codeLooks.find(key);
     if (it == m_codeLooks.end()) {
@@ -194,9 +203,7 @@ bool DisplayListBuilder::ProductLookOf(const QString& indexPath, Look& look) con
             code = { true, ProductLook(*style) };
         it = m_codeLooks.insert(key, code);
     }
-    if (it->known)
-        look = it->look;
-    return it->known;
+    return *it;
 }
 
 const ZcDbLayerTableRecord* DisplayListBuilder::LayerOf(
@@ -204,10 +211,15 @@ const ZcDbLayerTableRecord* DisplayListBuilder::LayerOf(
 {
     if (!database)
         return nullptr;
-    const QString name = entity.layer();
+    // Entities on one layer share its name's text: the same text as the last
+    // entity's is the same layer.
+    const QString& name = entity.layer();
+    if (name.constData() == m_lastLayer.name.constData() && name.size() == m_lastLayer.name.size())
+        return m_lastLayer.record;
     auto it = m_layers.find(name);
     if (it == m_layers.end())
         it = m_layers.insert(name, database->layer(name));
+    m_lastLayer = { name, *it };
     return *it;
 }
 
@@ -219,25 +231,25 @@ DisplayListBuilder::Look DisplayListBuilder::LookOf(
             // Shown by layer, a product entity takes its layer's colour: the layer
             // manager gives every code's layer the code's colour.
             if (!m_settings.colorBySystem)
-                look.color = LayerColor(LayerOf(entity, database));
+                look.color = LayerColor(LayerOf(entity, database)).rgba();
             return look;
         }
     }
     Look look;
     const ZcDbLayerTableRecord* layer = LayerOf(entity, database);
     if (entity.hasTrueColor())
-        look.color = QColor::fromRgb(QRgb(entity.trueColor()));
+        look.color = 0xFF000000u | entity.trueColor();
     else if (entity.colorIndex() == kZcColorByBlock)
         look.color = blockLook.color;
     else if (entity.colorIndex() != kZcColorByLayer)
-        look.color = AciColor(entity.colorIndex());
+        look.color = AciColor(entity.colorIndex()).rgba();
     else
-        look.color = LayerColor(layer);
+        look.color = LayerColor(layer).rgba();
     return look;
 }
 
-void DisplayListBuilder::AddEntity(const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database,
-    ZcDbObjectId id, DisplayList& list, int depth) const
+void DisplayListBuilder::AddEntity(
+    const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database, DisplayList& list, int depth) const
 {
     if (database) {
         const ZcDbLayerTableRecord* layer = LayerOf(entity, database);
@@ -247,12 +259,12 @@ void DisplayListBuilder::AddEntity(const ZcDbEntity& entity, const Look& blockLo
     const Look look = LookOf(entity, database, blockLook);
     if (const QvKsEntity* product = QvKsEntity::cast(&entity)) {
         if (product->shape())
-            AddShape(*product->shape(), look, id, list);
+            AddShape(*product->shape(), look, list);
         return;
     }
     const ZcDbBlockReference* reference = ZcDbBlockReference::cast(&entity);
     if (!reference) {
-        AddShape(entity, look, id, list);
+        AddShape(entity, look, list);
         return;
     }
     if (depth >= kMaxBlockDepth)
@@ -267,48 +279,50 @@ void DisplayListBuilder::AddEntity(const ZcDbEntity& entity, const Look& blockLo
         if (const ZcDbAttribute* attribute = ZcDbAttribute::cast(piece.get());
             attribute && attribute->isInvisible())
             continue;
-        AddEntity(*piece, look, database, id, list, depth + 1);
+        AddEntity(*piece, look, database, list, depth + 1);
     }
 }
 
-void DisplayListBuilder::AddShape(
-    const ZcDbEntity& entity, const Look& look, ZcDbObjectId id, DisplayList& list) const
+void DisplayListBuilder::AddShape(const ZcDbEntity& entity, const Look& look, DisplayList& list) const
 {
     if (const ZcDbLine* line = ZcDbLine::cast(&entity)) {
-        const QPolygonF points { QPointF(line->startPoint().x, line->startPoint().y),
-            QPointF(line->endPoint().x, line->endPoint().y) };
-        AddPath(points, false, look, id, list);
+        const QPointF from(line->startPoint().x, line->startPoint().y);
+        const QPointF to(line->endPoint().x, line->endPoint().y);
+        if (!look.lineType) {
+            list.AddLine(from, to, look.color, look.width);
+            return;
+        }
+        const QPointF points[2] = { from, to };
+        AddPath(points, false, look, list);
     } else if (const ZcDbPolyline* polyline = ZcDbPolyline::cast(&entity)) {
         const auto& v = polyline->vertices();
         if (v.empty())
             return;
-        QPolygonF points { QPointF(v[0].x, v[0].y) };
+        Points points { QPointF(v[0].x, v[0].y) };
         const size_t segments = polyline->isClosed() ? v.size() : v.size() - 1;
         for (size_t i = 0; i < segments; ++i) {
             const auto& b = v[(i + 1) % v.size()];
             AddBulge(points, QPointF(v[i].x, v[i].y), QPointF(b.x, b.y), v[i].bulge);
         }
-        AddPath(points, false, look, id, list);
+        AddPath(points, false, look, list);
     } else if (const ZcDbArc* arc = ZcDbArc::cast(&entity)) {
-        QPolygonF points;
+        Points points;
         AddArcPoints(
             points, arc->center().x, arc->center().y, arc->radius(), arc->startAngle(), arc->endAngle());
-        AddPath(points, false, look, id, list);
+        AddPath(points, false, look, list);
     } else if (const ZcDbCircle* circle = ZcDbCircle::cast(&entity)) {
-        QPolygonF points;
+        Points points;
         AddArcPoints(points, circle->center().x, circle->center().y, circle->radius(), 0, 2 * kPi);
-        AddPath(points, true, look, id, list);
+        AddPath(points, true, look, list);
     } else if (const ZcDbText* text = ZcDbText::cast(&entity)) {
-        AddText(*text, look, id, list);
+        AddText(*text, look, list);
     } else if (const ZcDbMText* mtext = ZcDbMText::cast(&entity)) {
-        AddMText(*mtext, look, id, list);
+        AddMText(*mtext, look, list);
     }
 }
 
-void DisplayListBuilder::AddText(
-    const ZcDbText& text, const Look& look, ZcDbObjectId id, DisplayList& list) const
+void DisplayListBuilder::AddText(const ZcDbText& text, const Look& look, DisplayList& list) const
 {
-    DisplayItem item = NewItem(DisplayItem::Text, id);
     const bool aligned = text.horizontalMode() != 0 || text.verticalMode() != 0;
     const ZcGePoint3d at = aligned ? text.alignmentPoint() : text.position();
     const double width = text.height() * 0.9 * text.textString().size();
@@ -320,16 +334,11 @@ void DisplayListBuilder::AddText(
                                                  : 0.0;
     const double c = std::cos(text.rotation());
     const double s = std::sin(text.rotation());
-    item.points = { QPointF(at.x - shift * c - rise * s, at.y - shift * s + rise * c) };
-    item.text = text.textString();
-    item.height = text.height();
-    item.rotation = text.rotation();
-    item.color = look.color;
-    list.Add(std::move(item));
+    list.AddText(QPointF(at.x - shift * c - rise * s, at.y - shift * s + rise * c), text.textString(),
+        text.height(), text.rotation(), look.color);
 }
 
-void DisplayListBuilder::AddMText(
-    const ZcDbMText& mtext, const Look& look, ZcDbObjectId id, DisplayList& list) const
+void DisplayListBuilder::AddMText(const ZcDbMText& mtext, const Look& look, DisplayList& list) const
 {
     const QStringList lines = PlainMText(mtext.contents()).split(u'\n');
     const double h = mtext.textHeight();
@@ -337,56 +346,41 @@ void DisplayListBuilder::AddMText(
     const double total = h * (1.6 * (lines.size() - 1) + 1);
     double y = mtext.location().y - h - (row == 1 ? -total / 2 : row == 2 ? -total : 0.0);
     for (const QString& line : lines) {
-        DisplayItem item = NewItem(DisplayItem::Text, id);
-        item.points = { QPointF(mtext.location().x, y) };
-        item.text = line;
-        item.height = h;
-        item.rotation = mtext.rotation();
-        item.color = look.color;
-        list.Add(std::move(item));
+        list.AddText(QPointF(mtext.location().x, y), line, h, mtext.rotation(), look.color);
         y -= h * 1.6;
     }
 }
 
 void DisplayListBuilder::AddPath(
-    const QPolygonF& points, bool closed, const Look& look, ZcDbObjectId id, DisplayList& list) const
+    std::span<const QPointF> points, bool closed, const Look& look, DisplayList& list) const
 {
-    if (points.isEmpty())
+    if (points.empty())
         return;
     if (look.lineType && points.size() > 1) {
-        QPolygonF run = points;
+        Points run(points.begin(), points.end());
         if (closed)
-            run.append(points.front());
-        AddPattern(run, look, id, list);
+            run.push_back(points.front());
+        AddPattern(run, look, list);
         return;
     }
-    DisplayItem item = NewItem(DisplayItem::Path, id);
-    item.points = points;
-    item.closed = closed;
-    item.color = look.color;
-    item.width = look.width;
-    list.Add(std::move(item));
+    list.AddPath(points, closed, look.color, look.width);
 }
 
-void DisplayListBuilder::AddPattern(
-    const QPolygonF& points, const Look& look, ZcDbObjectId id, DisplayList& list) const
+void DisplayListBuilder::AddPattern(std::span<const QPointF> points, const Look& look, DisplayList& list) const
 {
     std::vector<double> cumulative { 0.0 };
-    for (qsizetype i = 1; i < points.size(); ++i)
+    for (size_t i = 1; i < points.size(); ++i)
         cumulative.push_back(cumulative.back() + QLineF(points[i - 1], points[i]).length());
     const double total = cumulative.back();
     const double scale = m_settings.lineTypeScale;
     const double period = look.lineType->PatternLength() * scale;
     if (period <= 0 || total / period > kMaxRepeats) {
-        DisplayItem item = NewItem(DisplayItem::Path, id);
-        item.points = points;
-        item.color = look.color;
-        item.width = look.width;
-        list.Add(std::move(item));
+        list.AddPath(points, false, look.color, look.width);
         return;
     }
     double at = 0.0;
     double angle = 0.0;
+    Points dash;
     while (at < total) {
         for (const LineTypeDef::Element& element : look.lineType->elements) {
             if (at >= total)
@@ -395,34 +389,26 @@ void DisplayListBuilder::AddPattern(
                 const QPointF base = PointAt(points, cumulative, at, angle);
                 const double dx = element.dx * scale;
                 const double dy = element.dy * scale;
-                DisplayItem item = NewItem(DisplayItem::Text, id);
-                item.points = { base
-                    + QPointF(dx * std::cos(angle) - dy * std::sin(angle),
-                        dx * std::sin(angle) + dy * std::cos(angle)) };
-                item.text = element.text;
-                item.height = element.size * scale;
-                item.rotation = angle;
-                item.color = look.color;
-                list.Add(std::move(item));
+                const QPointF offset(
+                    dx * std::cos(angle) - dy * std::sin(angle), dx * std::sin(angle) + dy * std::cos(angle));
+                list.AddText(base + offset, element.text, element.size * scale, angle, look.color);
                 continue;
             }
             const double length = std::abs(element.length) * scale;
             if (element.length >= 0) {
-                DisplayItem item = NewItem(DisplayItem::Path, id);
+                dash.clear();
                 const double end = std::min(total, at + length);
                 for (double d = at;;) {
-                    item.points.append(PointAt(points, cumulative, d, angle));
+                    dash.push_back(PointAt(points, cumulative, d, angle));
                     auto next = std::upper_bound(cumulative.begin(), cumulative.end(), d);
                     if (next == cumulative.end() || *next >= end) {
                         if (end > d)
-                            item.points.append(PointAt(points, cumulative, end, angle));
+                            dash.push_back(PointAt(points, cumulative, end, angle));
                         break;
                     }
                     d = *next;
                 }
-                item.color = look.color;
-                item.width = look.width;
-                list.Add(std::move(item));
+                list.AddPath(dash, false, look.color, look.width);
             }
             at += length;
         }

@@ -7,8 +7,13 @@
 // shows colours by system (by layer otherwise).
 #include "DisplayList.h"
 
+#include <QColor>
 #include <QHash>
+#include <QPointF>
+#include <QRgb>
 #include <QString>
+
+#include <span>
 
 class ZcDbDatabase;
 class ZcDbEntity;
@@ -43,23 +48,28 @@ public:
 private:
     struct Look
     {
-        QColor color;
-        double width = 0.0;
+        QRgb color = 0;
+        float width = 0.0f;
         const LineTypeDef* lineType = nullptr;
     };
+    struct CodeLook
+    {
+        bool known = false;
+        Look look;
+    };
 
-    void AddEntity(const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database, ZcDbObjectId id,
-        DisplayList& list, int depth) const;
-    void AddShape(const ZcDbEntity& entity, const Look& look, ZcDbObjectId id, DisplayList& list) const;
-    void AddText(const ZcDbText& text, const Look& look, ZcDbObjectId id, DisplayList& list) const;
-    void AddMText(const ZcDbMText& mtext, const Look& look, ZcDbObjectId id, DisplayList& list) const;
-    void AddPath(
-        const QPolygonF& points, bool closed, const Look& look, ZcDbObjectId id, DisplayList& list) const;
-    void AddPattern(const QPolygonF& points, const Look& look, ZcDbObjectId id, DisplayList& list) const;
+    void AddEntity(const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database, DisplayList& list,
+        int depth) const;
+    void AddShape(const ZcDbEntity& entity, const Look& look, DisplayList& list) const;
+    void AddText(const ZcDbText& text, const Look& look, DisplayList& list) const;
+    void AddMText(const ZcDbMText& mtext, const Look& look, DisplayList& list) const;
+    void AddPath(std::span<const QPointF> points, bool closed, const Look& look, DisplayList& list) const;
+    void AddPattern(std::span<const QPointF> points, const Look& look, DisplayList& list) const;
     Look LookOf(const ZcDbEntity& entity, ZcDbDatabase* database, const Look& blockLook) const;
     Look ProductLook(const QvKsCodeStyle& style) const;
     // The look of the code an entity's index path names; false for no code.
     bool ProductLookOf(const QString& indexPath, Look& look) const;
+    CodeLook FindCodeLook(const QString& indexPath) const;
     // The entity's layer record (null for none): the drawing's look-up by name goes
     // through every layer, so each name met is looked up once a build.
     const ZcDbLayerTableRecord* LayerOf(const ZcDbEntity& entity, ZcDbDatabase* database) const;
@@ -69,11 +79,19 @@ private:
     Settings m_settings;
     // A floor's pipes share few codes: each code's look (or that there is no such
     // code) is worked out once a build, found again by the path's two numbers.
-    struct CodeLook
-    {
-        bool known = false;
-        Look look;
-    };
     mutable QHash<quint64, CodeLook> m_codeLooks;
     mutable QHash<QString, const ZcDbLayerTableRecord*> m_layers;
+    // The last entity's code and layer: neighbours in a drawing mostly share both.
+    struct LastCode
+    {
+        QString path;
+        CodeLook code;
+    };
+    struct LastLayer
+    {
+        QString name;
+        const ZcDbLayerTableRecord* record = nullptr;
+    };
+    mutable LastCode m_lastCode;
+    mutable LastLayer m_lastLayer;
 };

@@ -101,10 +101,11 @@ void DrawingView::paintEvent(QPaintEvent*)
     painter.fillRect(rect(), QColor(33, 40, 48));
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor highlight(255, 255, 0);
-    for (const DisplayEntity& entity : m_list.Entities()) {
-        const bool picked = m_pickedSet.count(entity.id) != 0;
-        for (int i = entity.firstItem; i < entity.firstItem + entity.itemCount; ++i)
-            PaintItem(painter, m_list.Items()[size_t(i)], picked ? &highlight : nullptr);
+    const std::vector<DisplayEntity>& entities = m_list.Entities();
+    for (std::size_t e = 0; e < entities.size(); ++e) {
+        const bool picked = m_pickedSet.count(entities[e].id) != 0;
+        for (const DisplayItem& item : m_list.ItemsOf(e))
+            PaintItem(painter, item, picked ? &highlight : nullptr);
     }
     if (m_boxing) {
         const QRectF box = QRectF(m_boxStart, m_boxEnd).normalized();
@@ -117,30 +118,32 @@ void DrawingView::paintEvent(QPaintEvent*)
 
 void DrawingView::PaintItem(QPainter& painter, const DisplayItem& item, const QColor* highlight) const
 {
-    const QColor color = highlight ? *highlight : item.color;
+    const QColor color = highlight ? *highlight : QColor::fromRgba(item.color);
+    const std::span<const QPointF> points = m_list.PointsOf(item);
     if (item.kind == DisplayItem::Text) {
-        const double pixels = item.height * m_scale;
-        if (pixels < kMinTextPixels || pixels > kMaxTextPixels || item.text.isEmpty())
+        const DisplayText& text = m_list.TextOf(item);
+        const double pixels = text.height * m_scale;
+        if (pixels < kMinTextPixels || pixels > kMaxTextPixels || text.text.isEmpty())
             return;
         QFont font = painter.font();
         font.setPixelSize(std::max(1, int(std::lround(pixels))));
         painter.save();
         painter.setFont(font);
         painter.setPen(color);
-        painter.translate(ToScreen(item.points.value(0)));
-        painter.rotate(-item.rotation * 180.0 / 3.14159265358979323846);
-        painter.drawText(QPointF(0, 0), item.text);
+        painter.translate(ToScreen(points.front()));
+        painter.rotate(-text.rotation * 180.0 / 3.14159265358979323846);
+        painter.drawText(QPointF(0, 0), text.text);
         painter.restore();
         return;
     }
-    QPen pen(color, highlight ? std::max(2.0, item.width) : item.width);
+    QPen pen(color, highlight ? std::max(2.0, double(item.width)) : double(item.width));
     pen.setCosmetic(true);
     pen.setCapStyle(Qt::FlatCap);
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
     QPolygonF screen;
-    screen.reserve(item.points.size());
-    for (const QPointF& p : item.points)
+    screen.reserve(qsizetype(points.size()));
+    for (const QPointF& p : points)
         screen.append(ToScreen(p));
     if (screen.size() == 1)
         painter.drawPoint(screen[0]);

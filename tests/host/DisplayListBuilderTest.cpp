@@ -38,9 +38,10 @@ TEST(DisplayListBuilder, EntitiesTakeTheirLayersByNameInAnyCaseAndSkipLayersThat
 
     std::vector<QRgb> colours;
     std::vector<double> heights;
-    for (const DisplayEntity& entity : list.Entities()) {
-        colours.push_back(list.Items()[std::size_t(entity.firstItem)].color.rgb());
-        heights.push_back(entity.bounds.top());
+    for (std::size_t i = 0; i < list.Entities().size(); ++i) {
+        const DisplayItem& line = list.ItemsOf(i).front();
+        colours.push_back(line.color);
+        heights.push_back(list.PointsOf(line).front().y());
     }
     const QRgb red = DisplayListBuilder::AciColor(1).rgb();
     const QRgb blue = DisplayListBuilder::AciColor(5).rgb();

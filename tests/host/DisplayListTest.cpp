@@ -8,22 +8,15 @@ namespace {
 DisplayList MakeList()
 {
     DisplayList list;
-    const auto add = [&list](quint32 index, QPolygonF points) {
-        DisplayItem item;
-        item.points = std::move(points);
-        list.Add(item);
+    const auto add = [&list](quint32 index, std::vector<QPointF> points) {
+        list.AddPath(points, false, 0, 0.0f);
         list.EndEntity(ZcDbObjectId(1, index));
     };
     add(1, { { 0, 0 }, { 10, 0 } }); // horizontal line
     add(2, { { 5, -5 }, { 5, 5 } }); // vertical line
     add(3, { { 20, 20 }, { 30, 20 }, { 30, 30 } }); // polyline far off
     add(4, { { -10, -10 }, { 40, -10 }, { 40, 40 } }); // L around everything
-    DisplayItem text;
-    text.kind = DisplayItem::Text;
-    text.points = { { 2, 2 } };
-    text.text = QStringLiteral("WS");
-    text.height = 1;
-    list.Add(text);
+    list.AddText({ 2, 2 }, QStringLiteral("WS"), 1, 0, 0);
     list.EndEntity(ZcDbObjectId(1, 5));
     return list;
 }

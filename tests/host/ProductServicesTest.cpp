@@ -20,7 +20,7 @@ namespace {
 bool ShowsText(const DisplayList& list, const QString& text)
 {
     for (const DisplayItem& item : list.Items())
-        if (item.kind == DisplayItem::Text && item.text == text)
+        if (item.kind == DisplayItem::Text && list.TextOf(item).text == text)
             return true;
     return false;
 }
@@ -116,8 +116,7 @@ TEST_F(HostFixture, ProductEntitiesTakeTheLookOfTheCodeTheirPathNamesExactly)
     DisplayListBuilder(styles, *LineTypeMgr::Instance(), {}).Build(&drawing, list);
     ASSERT_EQ(list.Entities().size(), std::size_t(paths.size()));
     const auto rgb = [&list](int entity) {
-        return list.Items()[std::size_t(list.Entities()[std::size_t(entity)].firstItem)].color.rgb()
-            & 0xFFFFFF;
+        return list.ItemsOf(std::size_t(entity)).front().color & 0xFFFFFF;
     };
     const auto codeRgb = [](const QvKsCodeStyle* style) {
         return qRgb(GetRValue(style->color), GetGValue(style->color), GetBValue(style->color)) & 0xFFFFFF;
