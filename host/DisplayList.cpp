@@ -1,8 +1,15 @@
 #include "DisplayList.h"
 
+#include "QvKsEntity.h"
+#include "ZcDbLine.h"
+#include "ZcDbPolyline.h"
+
 #include <QLineF>
 
 #include <algorithm>
+#include <bit>
+#include <iterator>
+#include <utility>
 
 namespace {
 // Closed-interval tests: lines along an axis have boxes of no width or height.
@@ -37,10 +44,43 @@ bool SegmentTouches(const QPointF& a, const QPointF& b, const QRectF& box)
 }
 
 // The box a text is taken to fill: its height, and nine tenths of it per character.
-QRectF TextBox(const QPointF& at, const DisplayText& text)
+QRectF TextBox(const DisplayText& text)
 {
     const double width = text.height * 0.9 * double(std::max<qsizetype>(1, text.text.size()));
-    return QRectF(at.x(), at.y(), width, text.height).normalized();
+    return QRectF(text.at.x(), text.at.y(), width, text.height).normalized();
+}
+
+QRectF PointsBox(std::span<const QPointF> points)
+{
+    double left = points.front().x();
+    double right = left;
+    double top = points.front().y();
+    double bottom = top;
+    for (const QPointF& p : points.subspan(1)) {
+        left = std::min(left, p.x());
+        right = std::max(right, p.x());
+        top = std::min(top, p.y());
+        bottom = std::max(bottom, p.y());
+    }
+    return QRectF(QPointF(left, top), QPointF(right, bottom));
+}
+
+QRectF PrimitiveBox(const DisplayPrimitive& primitive)
+{
+    return primitive.kind == DisplayItem::Text ? TextBox(*primitive.text) : PointsBox(primitive.points);
+}
+
+bool PrimitiveTouches(const DisplayPrimitive& primitive, const QRectF& box)
+{
+    if (primitive.kind == DisplayItem::Text)
+        return Overlaps(TextBox(*primitive.text), box);
+    const std::span<const QPointF> p = primitive.points;
+    if (p.size() == 1 && Encloses(box, QRectF(p[0], p[0])))
+        return true;
+    for (std::size_t k = 0; k + 1 < p.size(); ++k)
+        if (SegmentTouches(p[k], p[k + 1], box))
+            return true;
+    return primitive.closed && p.size() > 2 && SegmentTouches(p.back(), p.front(), box);
 }
 } // namespace
 
@@ -50,6 +90,10 @@ void DisplayList::Clear()
     m_items.clear();
     m_points.clear();
     m_texts.clear();
+    m_looks.clear();
+    m_lookIndexes.clear();
+    m_lastLook = 0;
+    m_serial = 0;
     m_pendingFrom = 0;
     m_left = m_top = 0.0;
     m_right = m_bottom = -1.0;
@@ -58,8 +102,21 @@ void DisplayList::Clear()
 void DisplayList::Reserve(std::size_t entities)
 {
     m_entities.reserve(entities);
-    m_items.reserve(entities);
-    m_points.reserve(2 * entities);
+}
+
+quint32 DisplayList::LookIndex(const DisplayLook& look)
+{
+    // A drawing shows few looks, mostly the same one many times running.
+    if (!m_looks.empty() && m_looks[m_lastLook].color == look.color && m_looks[m_lastLook].width == look.width)
+        return m_lastLook;
+    const quint64 key = quint64(look.color) << 32 | std::bit_cast<quint32>(look.width);
+    auto it = m_lookIndexes.constFind(key);
+    if (it == m_lookIndexes.cend()) {
+        m_looks.push_back(look);
+        it = m_lookIndexes.insert(key, quint32(m_looks.size() - 1));
+    }
+    m_lastLook = *it;
+    return m_lastLook;
 }
 
 void DisplayList::Cover(const QPointF& point)
@@ -75,15 +132,30 @@ void DisplayList::Cover(const QPointF& point)
     m_bottom = std::max(m_bottom, point.y());
 }
 
-void DisplayList::AddPath(std::span<const QPointF> points, bool closed, QRgb color, float width)
+void DisplayList::AddShape(ZcDbObjectId id, std::span<const QPointF> points, const DisplayLook& look)
+{
+    if (!points.empty())
+        AddShape(id, points, LookIndex(look));
+}
+
+void DisplayList::AddShape(ZcDbObjectId id, std::span<const QPointF> points, quint32 look)
+{
+    if (points.empty())
+        return;
+    m_serial = id.databaseSerial();
+    m_entities.push_back({ id.index(), DisplayEntity::kShape | look });
+    for (const QPointF& point : points)
+        Cover(point);
+}
+
+void DisplayList::AddPath(std::span<const QPointF> points, bool closed, const DisplayLook& look)
 {
     if (points.empty())
         return;
     DisplayItem item;
-    item.firstPoint = quint32(m_points.size());
-    item.pointCount = quint32(points.size());
-    item.color = color;
-    item.width = width;
+    item.first = quint32(m_points.size());
+    item.count = quint32(points.size());
+    item.look = LookIndex(look);
     item.closed = closed;
     m_items.push_back(item);
     for (const QPointF& point : points) {
@@ -92,40 +164,63 @@ void DisplayList::AddPath(std::span<const QPointF> points, bool closed, QRgb col
     }
 }
 
-void DisplayList::AddLine(const QPointF& from, const QPointF& to, QRgb color, float width)
-{
-    const QPointF points[2] = { from, to };
-    AddPath(points, false, color, width);
-}
-
 void DisplayList::AddText(const QPointF& at, const QString& text, double height, double rotation, QRgb color)
 {
     DisplayItem item;
     item.kind = DisplayItem::Text;
-    item.firstPoint = quint32(m_points.size());
-    item.pointCount = 1;
-    item.text = quint32(m_texts.size());
-    item.color = color;
-    m_points.push_back(at);
-    m_texts.push_back({ text, height, rotation });
+    item.first = quint32(m_texts.size());
+    item.look = LookIndex({ color, 0.0f });
+    m_texts.push_back({ at, text, height, rotation });
     m_items.push_back(item);
-    const QRectF box = TextBox(at, m_texts.back());
+    const QRectF box = TextBox(m_texts.back());
     Cover(box.topLeft());
     Cover(box.bottomRight());
 }
 
 void DisplayList::EndEntity(ZcDbObjectId id)
 {
-    if (m_items.size() > m_pendingFrom)
-        m_entities.push_back({ id, m_pendingFrom });
-    m_pendingFrom = quint32(m_items.size());
+    if (m_items.size() > m_pendingFrom) {
+        m_serial = id.databaseSerial();
+        m_entities.push_back({ id.index(), quint32(m_pendingFrom) });
+        m_items.back().last = true;
+    }
+    m_pendingFrom = m_items.size();
 }
 
-std::span<const DisplayItem> DisplayList::ItemsOf(std::size_t index) const
+void DisplayList::Append(DisplayList&& other)
 {
-    const quint32 first = m_entities[index].firstItem;
-    const quint32 end = index + 1 < m_entities.size() ? m_entities[index + 1].firstItem : m_pendingFrom;
-    return { m_items.data() + first, end - first };
+    if (m_entities.empty() && m_items.empty()) {
+        *this = std::move(other);
+        return;
+    }
+    std::vector<quint32> looks;
+    looks.reserve(other.m_looks.size());
+    for (const DisplayLook& look : other.m_looks)
+        looks.push_back(LookIndex(look));
+    const auto firstItem = quint32(m_items.size());
+    const auto firstPoint = quint32(m_points.size());
+    const auto firstText = quint32(m_texts.size());
+    for (DisplayItem item : other.m_items) {
+        item.first += item.kind == DisplayItem::Text ? firstText : firstPoint;
+        item.look = looks[item.look];
+        m_items.push_back(item);
+    }
+    m_entities.reserve(m_entities.size() + other.m_entities.size());
+    for (DisplayEntity entity : other.m_entities) {
+        entity.ref = entity.IsShape() ? DisplayEntity::kShape | looks[entity.ref & ~DisplayEntity::kShape]
+                                      : entity.ref + firstItem;
+        m_entities.push_back(entity);
+    }
+    m_points.insert(m_points.end(), other.m_points.begin(), other.m_points.end());
+    std::move(other.m_texts.begin(), other.m_texts.end(), std::back_inserter(m_texts));
+    if (other.m_serial)
+        m_serial = other.m_serial;
+    m_pendingFrom = m_items.size();
+    if (const QRectF bounds = other.Bounds(); other.m_right >= other.m_left) {
+        Cover(bounds.topLeft());
+        Cover(bounds.bottomRight());
+    }
+    other.Clear();
 }
 
 QRectF DisplayList::Bounds() const
@@ -135,51 +230,66 @@ QRectF DisplayList::Bounds() const
     return QRectF(QPointF(m_left, m_top), QPointF(m_right, m_bottom));
 }
 
-QRectF DisplayList::ItemBounds(const DisplayItem& item) const
+bool DisplayList::ShapePoints(ZcDbObjectId id, std::vector<QPointF>& points) const
 {
-    const std::span<const QPointF> points = PointsOf(item);
-    if (item.kind == DisplayItem::Text)
-        return TextBox(points.front(), TextOf(item));
-    double left = points.front().x();
-    double right = left;
-    double top = points.front().y();
-    double bottom = top;
-    for (const QPointF& p : points.subspan(1)) {
-        left = std::min(left, p.x());
-        right = std::max(right, p.x());
-        top = std::min(top, p.y());
-        bottom = std::max(bottom, p.y());
+    const ZcDbEntity* entity = ZcDbEntity::cast(id.object());
+    if (!entity || entity->isErased())
+        return false;
+    if (const QvKsEntity* product = QvKsEntity::cast(entity))
+        entity = product->shape();
+    points.clear();
+    if (const ZcDbLine* line = ZcDbLine::cast(entity)) {
+        points.push_back(QPointF(line->startPoint().x, line->startPoint().y));
+        points.push_back(QPointF(line->endPoint().x, line->endPoint().y));
+    } else if (const ZcDbPolyline* polyline = ZcDbPolyline::cast(entity)) {
+        for (const ZcDbPolyline::Vertex& v : polyline->vertices())
+            points.push_back(QPointF(v.x, v.y));
+        if (polyline->isClosed() && points.size() > 1)
+            points.push_back(points.front());
     }
-    return QRectF(QPointF(left, top), QPointF(right, bottom));
+    return !points.empty();
 }
 
-QRectF DisplayList::EntityBounds(std::size_t index) const
+void DisplayList::ForEachPrimitive(
+    std::size_t index, const std::function<void(const DisplayPrimitive&)>& visit) const
 {
-    const std::span<const DisplayItem> items = ItemsOf(index);
-    QRectF bounds = ItemBounds(items.front());
-    for (const DisplayItem& item : items.subspan(1))
-        bounds = Union(bounds, ItemBounds(item));
+    const DisplayEntity& entity = m_entities[index];
+    if (entity.IsShape()) {
+        if (!ShapePoints(IdOf(entity), m_shapePoints))
+            return;
+        visit({ DisplayItem::Path, m_shapePoints, false, m_looks[entity.ref & ~DisplayEntity::kShape], nullptr });
+        return;
+    }
+    for (std::size_t i = entity.ref; i < m_items.size(); ++i) {
+        const DisplayItem& item = m_items[i];
+        if (item.kind == DisplayItem::Text) {
+            const DisplayText& text = m_texts[item.first];
+            visit({ DisplayItem::Text, { &text.at, 1 }, false, m_looks[item.look], &text });
+        } else {
+            visit({ DisplayItem::Path, { m_points.data() + item.first, item.count }, item.closed,
+                m_looks[item.look], nullptr });
+        }
+        if (item.last)
+            break;
+    }
+}
+
+std::optional<QRectF> DisplayList::EntityBounds(std::size_t index) const
+{
+    std::optional<QRectF> bounds;
+    ForEachPrimitive(index, [&bounds](const DisplayPrimitive& primitive) {
+        bounds = bounds ? Union(*bounds, PrimitiveBox(primitive)) : PrimitiveBox(primitive);
+    });
     return bounds;
 }
 
 bool DisplayList::Touches(std::size_t index, const QRectF& box) const
 {
-    for (const DisplayItem& item : ItemsOf(index)) {
-        if (item.kind == DisplayItem::Text) {
-            if (Overlaps(ItemBounds(item), box))
-                return true;
-            continue;
-        }
-        const std::span<const QPointF> p = PointsOf(item);
-        if (p.size() == 1 && Encloses(box, QRectF(p[0], p[0])))
-            return true;
-        for (std::size_t k = 0; k + 1 < p.size(); ++k)
-            if (SegmentTouches(p[k], p[k + 1], box))
-                return true;
-        if (item.closed && p.size() > 2 && SegmentTouches(p.back(), p.front(), box))
-            return true;
-    }
-    return false;
+    bool touches = false;
+    ForEachPrimitive(index, [&](const DisplayPrimitive& primitive) {
+        touches = touches || PrimitiveTouches(primitive, box);
+    });
+    return touches;
 }
 
 std::vector<ZcDbObjectId> DisplayList::Select(const QRectF& box, bool crossing) const
@@ -189,9 +299,9 @@ std::vector<ZcDbObjectId> DisplayList::Select(const QRectF& box, bool crossing) 
     std::vector<ZcDbObjectId> picked;
     const QRectF area = box.normalized();
     for (std::size_t i = 0; i < m_entities.size(); ++i) {
-        const QRectF bounds = EntityBounds(i);
-        if (Encloses(area, bounds) || (crossing && Overlaps(bounds, area) && Touches(i, area)))
-            picked.push_back(m_entities[i].id);
+        const std::optional<QRectF> bounds = EntityBounds(i);
+        if (bounds && (Encloses(area, *bounds) || (crossing && Overlaps(*bounds, area) && Touches(i, area))))
+            picked.push_back(IdOf(m_entities[i]));
     }
     return picked;
 }

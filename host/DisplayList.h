@@ -5,35 +5,46 @@
 // the entity they come from (for selection). Built on "REGEN"; "FREDRAW" only
 // repaints.
 //
-// A floor holds hundreds of thousands of pipes, nearly all of them one line, so the
-// list is kept flat: the points of every item in one array, the few texts in a side
-// table, and an entity no more than its id and where its items start.
+// A floor holds hundreds of thousands of pipes, nearly all of them one straight
+// line or polyline, so such an entity is kept as no more than its place in the
+// drawing and its look: its points are read from the drawing when it is painted or
+// picked. Arcs, patterns, texts and blocks become items of their own, their points
+// in one array and their texts in a side table. A list holds one drawing's entities.
 #include "ZcDbObjectId.h"
 
+#include <QHash>
 #include <QPointF>
 #include <QRectF>
 #include <QRgb>
 #include <QString>
 
 #include <cstddef>
+#include <functional>
+#include <optional>
 #include <span>
 #include <vector>
+
+struct DisplayLook
+{
+    QRgb color = 0; // with its opacity
+    float width = 0.0f; // pen width in pixels (0: hairline)
+};
 
 struct DisplayItem
 {
     enum Kind : quint8 { Path, Text };
 
-    quint32 firstPoint = 0; // Path: its points; Text: one point, the baseline start
-    quint32 pointCount = 0;
-    quint32 text = 0; // Text: its place in the text table
-    QRgb color = 0; // with its opacity
-    float width = 0.0f; // pen width in pixels (0: hairline)
+    quint32 first = 0; // Path: its first point; Text: its text, which holds its point
+    quint32 count = 0; // Path: its points
+    quint32 look = 0;
     Kind kind = Path;
     bool closed = false;
+    bool last = false; // the last item of its entity
 };
 
 struct DisplayText
 {
+    QPointF at; // the baseline start
     QString text;
     double height = 0.0; // drawing units
     double rotation = 0.0; // radians, counter-clockwise
@@ -41,53 +52,78 @@ struct DisplayText
 
 struct DisplayEntity
 {
-    ZcDbObjectId id;
-    quint32 firstItem = 0;
+    static constexpr quint32 kShape = 0x80000000u;
+
+    quint32 index = 0; // in the drawing
+    quint32 ref = 0; // kShape with its look, or its first item
+
+    bool IsShape() const { return ref & kShape; }
+};
+
+// One thing to paint or pick: a run of points (a path) or a text.
+struct DisplayPrimitive
+{
+    DisplayItem::Kind kind = DisplayItem::Path;
+    std::span<const QPointF> points; // Text: its one point
+    bool closed = false;
+    DisplayLook look;
+    const DisplayText* text = nullptr;
 };
 
 class DisplayList
 {
 public:
     void Clear();
-    // Room for `entities` entities of one two-point item each, so a large drawing's
-    // list is not copied as it grows.
+    // Room for `entities` entities, so a large drawing's list is not copied as it grows.
     void Reserve(std::size_t entities);
 
-    void AddPath(std::span<const QPointF> points, bool closed, QRgb color, float width);
-    // A path of one segment, the common pipe.
-    void AddLine(const QPointF& from, const QPointF& to, QRgb color, float width);
+    // An entity drawn as its own straight line or polyline, read from the drawing;
+    // `points` are where it lies now.
+    void AddShape(ZcDbObjectId id, std::span<const QPointF> points, const DisplayLook& look);
+    // The same, in a look already taken in (LookIndex).
+    void AddShape(ZcDbObjectId id, std::span<const QPointF> points, quint32 look);
+    // The place of `look` among the list's looks, taken in when new.
+    quint32 LookIndex(const DisplayLook& look);
+    void AddPath(std::span<const QPointF> points, bool closed, const DisplayLook& look);
     void AddText(const QPointF& at, const QString& text, double height, double rotation, QRgb color);
     // Marks the items added since the last call as the entity `id`'s; an entity
     // without items is not kept.
     void EndEntity(ZcDbObjectId id);
+    // Adds the entities of `other`, a list of the same drawing, after these.
+    void Append(DisplayList&& other);
 
     const std::vector<DisplayEntity>& Entities() const { return m_entities; }
-    const std::vector<DisplayItem>& Items() const { return m_items; }
-    // The items of the entity at `index` in Entities().
-    std::span<const DisplayItem> ItemsOf(std::size_t index) const;
-    std::span<const QPointF> PointsOf(const DisplayItem& item) const
-    {
-        return { m_points.data() + item.firstPoint, item.pointCount };
-    }
-    const DisplayText& TextOf(const DisplayItem& item) const { return m_texts[item.text]; }
-    // What the entities cover, in drawing coordinates (empty for none).
+    ZcDbObjectId IdOf(const DisplayEntity& entity) const { return ZcDbObjectId(m_serial, entity.index); }
+    // What the entity at `index` in Entities() shows now, in order. An entity drawn
+    // from the drawing shows nothing once it is erased.
+    void ForEachPrimitive(std::size_t index, const std::function<void(const DisplayPrimitive&)>& visit) const;
+    // What the entities covered when added, in drawing coordinates (empty for none).
     QRectF Bounds() const;
 
     // Entities inside `box` (window) or touching it (crossing), in drawing order.
     std::vector<ZcDbObjectId> Select(const QRectF& box, bool crossing) const;
 
 private:
-    QRectF ItemBounds(const DisplayItem& item) const;
-    QRectF EntityBounds(std::size_t index) const;
-    bool Touches(std::size_t index, const QRectF& box) const;
     void Cover(const QPointF& point);
+    // The points of a straight line or polyline of the drawing; false when the id
+    // names no such entity any more.
+    bool ShapePoints(ZcDbObjectId id, std::vector<QPointF>& points) const;
+    // Null for an entity that shows nothing.
+    std::optional<QRectF> EntityBounds(std::size_t index) const;
+    bool Touches(std::size_t index, const QRectF& box) const;
 
     std::vector<DisplayEntity> m_entities;
     std::vector<DisplayItem> m_items;
     std::vector<QPointF> m_points;
     std::vector<DisplayText> m_texts;
-    quint32 m_pendingFrom = 0; // the first item of the entity being added
-    // What the items added so far cover: kept as they come, as zooming to the
+    std::vector<DisplayLook> m_looks;
+    QHash<quint64, quint32> m_lookIndexes; // colour and width to place in m_looks
+    quint32 m_lastLook = 0;
+    quint32 m_serial = 0; // the drawing's
+    std::size_t m_pendingFrom = 0; // the first item of the entity being added
+    // A shape's points as last read: painting and picking go through every entity.
+    mutable std::vector<QPointF> m_shapePoints;
+    // What the entities added so far cover: kept as they come, as zooming to the
     // extents asks for it after every build.
     double m_left = 0.0;
     double m_right = -1.0;

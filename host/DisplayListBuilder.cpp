@@ -9,6 +9,7 @@
 #include "ZcDbAttribute.h"
 #include "ZcDbAttributeDefinition.h"
 #include "ZcDbBlockReference.h"
+#include "ZcDbBlockTableRecord.h"
 #include "ZcDbCircle.h"
 #include "ZcDbDatabase.h"
 #include "ZcDbLine.h"
@@ -21,6 +22,7 @@
 
 #include <cmath>
 #include <memory>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -51,11 +53,16 @@ void AddArcPoints(Points& points, double cx, double cy, double r, double a0, dou
     }
 }
 
+bool IsStraight(double bulge)
+{
+    return std::abs(bulge) < 1e-9;
+}
+
 // The points of a polyline segment with a bulge (the start point excluded).
 void AddBulge(Points& points, const QPointF& a, const QPointF& b, double bulge)
 {
     const double chord = QLineF(a, b).length();
-    if (std::abs(bulge) < 1e-9 || chord < 1e-12) {
+    if (IsStraight(bulge) || chord < 1e-12) {
         points.push_back(b);
         return;
     }
@@ -148,25 +155,54 @@ QColor DisplayListBuilder::AciColor(int index)
 void DisplayListBuilder::Build(ZcDbDatabase* database, DisplayList& list) const
 {
     list.Clear();
+    ZcDbBlockTableRecord* space = nullptr;
+    if (!database || zcdbOpenObject(space, database->modelSpaceId(), ZcDb::kForRead) != Zcad::eOk)
+        return;
+    const std::span<const quint32> indexes = space->entityIndexes();
+    const quint32 serial = database->modelSpaceId().databaseSerial();
+    list.Reserve(indexes.size());
+    // A large floor is built in two halves at once: the entities are only read, and
+    // each half has memos of its own. The halves join in drawing order.
+    if (indexes.size() >= kHalvesFrom && std::thread::hardware_concurrency() > 1) {
+        const std::size_t half = indexes.size() / 2;
+        DisplayList second;
+        const DisplayListBuilder other(*this);
+        std::thread worker([&] { other.BuildRange(database, serial, indexes.subspan(half), second); });
+        BuildRange(database, serial, indexes.first(half), list);
+        worker.join();
+        list.Append(std::move(second));
+    } else {
+        BuildRange(database, serial, indexes, list);
+    }
+    space->close();
+}
+
+void DisplayListBuilder::BuildRange(
+    ZcDbDatabase* database, quint32 serial, std::span<const quint32> indexes, DisplayList& list) const
+{
     // The styles and the layers may have changed since the last build.
     m_codeLooks.clear();
+    m_codeTexts.clear();
     m_layers.clear();
     m_lastLayer = {};
     m_lastCode = {};
+    m_list = &list;
+    list.Reserve(indexes.size());
     const Look white { qRgb(255, 255, 255) };
-    const std::vector<ZcDbObjectId> ids = QvKsModelSpace::EntityIds(database);
-    list.Reserve(ids.size());
-    for (const ZcDbObjectId id : ids) {
+    for (const quint32 index : indexes) {
+        const ZcDbObjectId id(serial, index);
         ZcDbEntity* entity = nullptr;
         if (zcdbOpenObject(entity, id, ZcDb::kForRead) != Zcad::eOk)
             continue;
-        AddEntity(*entity, white, database, list, 0);
+        AddEntity(*entity, white, database, id, list, 0);
         entity->close();
         list.EndEntity(id);
     }
     // The memos hold on to texts of the drawing, which may be read again or closed.
-    m_lastCode = {};
+    m_codeTexts.clear();
     m_lastLayer = {};
+    m_layers.clear();
+    m_list = nullptr;
 }
 
 DisplayListBuilder::Look DisplayListBuilder::ProductLook(const QvKsCodeStyle& style) const
@@ -180,10 +216,18 @@ DisplayListBuilder::Look DisplayListBuilder::ProductLook(const QvKsCodeStyle& st
 
 bool DisplayListBuilder::ProductLookOf(const QString& indexPath, Look& look) const
 {
-    // Pipes of one code carry one shared text, so the same text as the last
-    // entity's is the same code; the text is kept, so its address stays its own.
-    if (indexPath.constData() != m_lastCode.path.constData() || indexPath.size() != m_lastCode.path.size())
-        m_lastCode = { indexPath, FindCodeLook(indexPath) };
+    // Pipes of one code carry one shared text, so a text met before at the same
+    // address is the same code: it is kept, so its address stays its own.
+    if (indexPath.constData() != m_lastCode.text || indexPath.size() != m_lastCode.size) {
+        auto it = m_codeTexts.find(indexPath.constData());
+        if (it == m_codeTexts.end() || it->path.size() != indexPath.size()) {
+            CodeLook code = FindCodeLook(indexPath);
+            if (code.known && m_settings.colorBySystem)
+                code.look.shown = m_list->LookIndex({ code.look.color, code.look.width });
+            it = m_codeTexts.insert(indexPath.constData(), { indexPath, code });
+        }
+        m_lastCode = { indexPath.constData(), indexPath.size(), it->code };
+    }
     if (m_lastCode.code.known)
         look = m_lastCode.code.look;
     return m_lastCode.code.known;
@@ -230,8 +274,10 @@ DisplayListBuilder::Look DisplayListBuilder::LookOf(
         if (Look look; ProductLookOf(product->GetSysCodeIndex(), look)) {
             // Shown by layer, a product entity takes its layer's colour: the layer
             // manager gives every code's layer the code's colour.
-            if (!m_settings.colorBySystem)
+            if (!m_settings.colorBySystem) {
                 look.color = LayerColor(LayerOf(entity, database)).rgba();
+                look.shown = kNotShownYet;
+            }
             return look;
         }
     }
@@ -248,8 +294,8 @@ DisplayListBuilder::Look DisplayListBuilder::LookOf(
     return look;
 }
 
-void DisplayListBuilder::AddEntity(
-    const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database, DisplayList& list, int depth) const
+void DisplayListBuilder::AddEntity(const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database,
+    ZcDbObjectId id, DisplayList& list, int depth) const
 {
     if (database) {
         const ZcDbLayerTableRecord* layer = LayerOf(entity, database);
@@ -258,13 +304,14 @@ void DisplayListBuilder::AddEntity(
     }
     const Look look = LookOf(entity, database, blockLook);
     if (const QvKsEntity* product = QvKsEntity::cast(&entity)) {
-        if (product->shape())
+        if (product->shape() && !(depth == 0 && AddDrawnShape(*product->shape(), look, id, list)))
             AddShape(*product->shape(), look, list);
         return;
     }
     const ZcDbBlockReference* reference = ZcDbBlockReference::cast(&entity);
     if (!reference) {
-        AddShape(entity, look, list);
+        if (!(depth == 0 && AddDrawnShape(entity, look, id, list)))
+            AddShape(entity, look, list);
         return;
     }
     if (depth >= kMaxBlockDepth)
@@ -279,20 +326,40 @@ void DisplayListBuilder::AddEntity(
         if (const ZcDbAttribute* attribute = ZcDbAttribute::cast(piece.get());
             attribute && attribute->isInvisible())
             continue;
-        AddEntity(*piece, look, database, list, depth + 1);
+        AddEntity(*piece, look, database, ZcDbObjectId::kNull, list, depth + 1);
     }
+}
+
+bool DisplayListBuilder::AddDrawnShape(
+    const ZcDbEntity& entity, const Look& look, ZcDbObjectId id, DisplayList& list) const
+{
+    if (look.lineType)
+        return false;
+    m_shapePoints.clear();
+    if (const ZcDbLine* line = ZcDbLine::cast(&entity)) {
+        m_shapePoints.push_back(QPointF(line->startPoint().x, line->startPoint().y));
+        m_shapePoints.push_back(QPointF(line->endPoint().x, line->endPoint().y));
+    } else if (const ZcDbPolyline* polyline = ZcDbPolyline::cast(&entity)) {
+        for (const ZcDbPolyline::Vertex& v : polyline->vertices()) {
+            if (!IsStraight(v.bulge))
+                return false;
+            m_shapePoints.push_back(QPointF(v.x, v.y));
+        }
+    } else {
+        return false;
+    }
+    if (look.shown == kNotShownYet)
+        list.AddShape(id, m_shapePoints, { look.color, look.width });
+    else
+        list.AddShape(id, m_shapePoints, look.shown);
+    return true;
 }
 
 void DisplayListBuilder::AddShape(const ZcDbEntity& entity, const Look& look, DisplayList& list) const
 {
     if (const ZcDbLine* line = ZcDbLine::cast(&entity)) {
-        const QPointF from(line->startPoint().x, line->startPoint().y);
-        const QPointF to(line->endPoint().x, line->endPoint().y);
-        if (!look.lineType) {
-            list.AddLine(from, to, look.color, look.width);
-            return;
-        }
-        const QPointF points[2] = { from, to };
+        const QPointF points[2] = { QPointF(line->startPoint().x, line->startPoint().y),
+            QPointF(line->endPoint().x, line->endPoint().y) };
         AddPath(points, false, look, list);
     } else if (const ZcDbPolyline* polyline = ZcDbPolyline::cast(&entity)) {
         const auto& v = polyline->vertices();
@@ -363,7 +430,7 @@ void DisplayListBuilder::AddPath(
         AddPattern(run, look, list);
         return;
     }
-    list.AddPath(points, closed, look.color, look.width);
+    list.AddPath(points, closed, { look.color, look.width });
 }
 
 void DisplayListBuilder::AddPattern(std::span<const QPointF> points, const Look& look, DisplayList& list) const
@@ -375,7 +442,7 @@ void DisplayListBuilder::AddPattern(std::span<const QPointF> points, const Look&
     const double scale = m_settings.lineTypeScale;
     const double period = look.lineType->PatternLength() * scale;
     if (period <= 0 || total / period > kMaxRepeats) {
-        list.AddPath(points, false, look.color, look.width);
+        list.AddPath(points, false, { look.color, look.width });
         return;
     }
     double at = 0.0;
@@ -408,7 +475,7 @@ void DisplayListBuilder::AddPattern(std::span<const QPointF> points, const Look&
                     }
                     d = *next;
                 }
-                list.AddPath(dash, false, look.color, look.width);
+                list.AddPath(dash, false, { look.color, look.width });
             }
             at += length;
         }

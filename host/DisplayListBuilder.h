@@ -14,6 +14,7 @@
 #include <QString>
 
 #include <span>
+#include <vector>
 
 class ZcDbDatabase;
 class ZcDbEntity;
@@ -46,11 +47,16 @@ public:
     static QColor LayerColor(const ZcDbLayerTableRecord* layer);
 
 private:
+    static constexpr quint32 kNotShownYet = 0xFFFFFFFFu;
+    // More entities than this are built in two halves at once.
+    static constexpr std::size_t kHalvesFrom = 20000;
+
     struct Look
     {
         QRgb color = 0;
         float width = 0.0f;
         const LineTypeDef* lineType = nullptr;
+        quint32 shown = kNotShownYet; // its place in the list's looks, once known
     };
     struct CodeLook
     {
@@ -58,8 +64,13 @@ private:
         Look look;
     };
 
-    void AddEntity(const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database, DisplayList& list,
-        int depth) const;
+    void BuildRange(
+        ZcDbDatabase* database, quint32 serial, std::span<const quint32> indexes, DisplayList& list) const;
+    void AddEntity(const ZcDbEntity& entity, const Look& blockLook, ZcDbDatabase* database, ZcDbObjectId id,
+        DisplayList& list, int depth) const;
+    // A straight line or polyline in a plain look is painted from the drawing itself;
+    // false for anything else.
+    bool AddDrawnShape(const ZcDbEntity& entity, const Look& look, ZcDbObjectId id, DisplayList& list) const;
     void AddShape(const ZcDbEntity& entity, const Look& look, DisplayList& list) const;
     void AddText(const ZcDbText& text, const Look& look, DisplayList& list) const;
     void AddMText(const ZcDbMText& mtext, const Look& look, DisplayList& list) const;
@@ -81,10 +92,18 @@ private:
     // code) is worked out once a build, found again by the path's two numbers.
     mutable QHash<quint64, CodeLook> m_codeLooks;
     mutable QHash<QString, const ZcDbLayerTableRecord*> m_layers;
-    // The last entity's code and layer: neighbours in a drawing mostly share both.
-    struct LastCode
+    // Each index path met, by the address of its text, kept so that the address is
+    // not reused for another text; and the last one, as neighbours mostly share it.
+    struct CodeText
     {
         QString path;
+        CodeLook code;
+    };
+    mutable QHash<const QChar*, CodeText> m_codeTexts;
+    struct LastCode
+    {
+        const QChar* text = nullptr;
+        qsizetype size = 0;
         CodeLook code;
     };
     struct LastLayer
@@ -94,4 +113,6 @@ private:
     };
     mutable LastCode m_lastCode;
     mutable LastLayer m_lastLayer;
+    mutable std::vector<QPointF> m_shapePoints;
+    mutable DisplayList* m_list = nullptr; // the list being built
 };

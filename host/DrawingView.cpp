@@ -103,9 +103,10 @@ void DrawingView::paintEvent(QPaintEvent*)
     const QColor highlight(255, 255, 0);
     const std::vector<DisplayEntity>& entities = m_list.Entities();
     for (std::size_t e = 0; e < entities.size(); ++e) {
-        const bool picked = m_pickedSet.count(entities[e].id) != 0;
-        for (const DisplayItem& item : m_list.ItemsOf(e))
-            PaintItem(painter, item, picked ? &highlight : nullptr);
+        const bool picked = !m_pickedSet.empty() && m_pickedSet.count(m_list.IdOf(entities[e])) != 0;
+        m_list.ForEachPrimitive(e, [&](const DisplayPrimitive& primitive) {
+            Paint(painter, primitive, picked ? &highlight : nullptr);
+        });
     }
     if (m_boxing) {
         const QRectF box = QRectF(m_boxStart, m_boxEnd).normalized();
@@ -116,12 +117,11 @@ void DrawingView::paintEvent(QPaintEvent*)
     }
 }
 
-void DrawingView::PaintItem(QPainter& painter, const DisplayItem& item, const QColor* highlight) const
+void DrawingView::Paint(QPainter& painter, const DisplayPrimitive& primitive, const QColor* highlight) const
 {
-    const QColor color = highlight ? *highlight : QColor::fromRgba(item.color);
-    const std::span<const QPointF> points = m_list.PointsOf(item);
-    if (item.kind == DisplayItem::Text) {
-        const DisplayText& text = m_list.TextOf(item);
+    const QColor color = highlight ? *highlight : QColor::fromRgba(primitive.look.color);
+    if (primitive.kind == DisplayItem::Text) {
+        const DisplayText& text = *primitive.text;
         const double pixels = text.height * m_scale;
         if (pixels < kMinTextPixels || pixels > kMaxTextPixels || text.text.isEmpty())
             return;
@@ -130,24 +130,25 @@ void DrawingView::PaintItem(QPainter& painter, const DisplayItem& item, const QC
         painter.save();
         painter.setFont(font);
         painter.setPen(color);
-        painter.translate(ToScreen(points.front()));
+        painter.translate(ToScreen(text.at));
         painter.rotate(-text.rotation * 180.0 / 3.14159265358979323846);
         painter.drawText(QPointF(0, 0), text.text);
         painter.restore();
         return;
     }
-    QPen pen(color, highlight ? std::max(2.0, double(item.width)) : double(item.width));
+    const double width = primitive.look.width;
+    QPen pen(color, highlight ? std::max(2.0, width) : width);
     pen.setCosmetic(true);
     pen.setCapStyle(Qt::FlatCap);
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
     QPolygonF screen;
-    screen.reserve(qsizetype(points.size()));
-    for (const QPointF& p : points)
+    screen.reserve(qsizetype(primitive.points.size()));
+    for (const QPointF& p : primitive.points)
         screen.append(ToScreen(p));
     if (screen.size() == 1)
         painter.drawPoint(screen[0]);
-    else if (item.closed)
+    else if (primitive.closed)
         painter.drawPolygon(screen);
     else
         painter.drawPolyline(screen);

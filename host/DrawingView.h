@@ -52,7 +52,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void PaintItem(QPainter& painter, const DisplayItem& item, const QColor* highlight) const;
+    void Paint(QPainter& painter, const DisplayPrimitive& primitive, const QColor* highlight) const;
     void FinishSelection(bool accepted);
 
     DisplayList m_list;

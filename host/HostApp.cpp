@@ -8,6 +8,7 @@
 #include "ModalDriver.h"
 #include "ScriptRunner.h"
 #include "WinMessageBox.h"
+#include "ZcDbDatabase.h"
 #include "ZcUtPrintf.h"
 
 #include <QApplication>
@@ -16,6 +17,8 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <memory>
+#include <thread>
 
 namespace {
 void PrintError(const QString& text)
@@ -64,11 +67,26 @@ int HostApp::Run(const QStringList& arguments)
     }
     InstallQtMessageBox();
     HostSession session;
-    if (!session.Open(options.project, options.floor, error)) {
+    QString floor;
+    QString drawingFile;
+    if (!session.OpenProject(options.project, options.floor, floor, drawingFile, error)) {
         PrintError(error);
         return kBadProject;
     }
-    // The plug-ins load before the window is built, so its one regen already shows
+    // The floor's drawing takes the longest to open on a large floor; the window,
+    // which needs only the store until the drawing is shown, is made meanwhile.
+    auto database = std::make_unique<ZcDbDatabase>(false, false);
+    bool read = false;
+    QString readError;
+    std::thread reader([&] { read = HostSession::ReadDrawing(*database, floor, drawingFile, readError); });
+    HostWindow window(session);
+    reader.join();
+    if (!read) {
+        PrintError(readError);
+        return kBadProject;
+    }
+    session.Install(std::move(database), floor, drawingFile);
+    // The plug-ins load before the drawing is shown, so its one regen already shows
     // what they set up; what they print meanwhile waits for the command line.
     QString loadText;
     ZcUtOutputSink hostSink = zcutSetOutputSink([&loadText](const QString& text) { loadText += text; });
@@ -84,7 +102,7 @@ int HostApp::Run(const QStringList& arguments)
         loadText += QStringLiteral("\n已加载 %1").arg(QFileInfo(plugin).fileName());
     }
     zcutSetOutputSink(std::move(hostSink));
-    HostWindow window(session);
+    window.ShowDrawing();
     window.CommandLine()->Print(loadText);
     window.show();
     window.DisplayControl()->move(window.geometry().topRight() - QPoint(280, -60));

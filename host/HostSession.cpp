@@ -19,6 +19,22 @@ HostSession::~HostSession()
 
 bool HostSession::Open(const QString& projectFolder, const QString& floor, QString& error)
 {
+    QString shown;
+    QString file;
+    if (!OpenProject(projectFolder, floor, shown, file, error))
+        return false;
+    auto database = std::make_unique<ZcDbDatabase>(false, false);
+    if (!ReadDrawing(*database, shown, file, error)) {
+        QvKsDataMng::CloseProject();
+        return false;
+    }
+    Install(std::move(database), shown, file);
+    return true;
+}
+
+bool HostSession::OpenProject(
+    const QString& projectFolder, const QString& floor, QString& shown, QString& drawingFile, QString& error)
+{
     Close();
     if (!QFileInfo(projectFolder).isDir()) {
         error = QStringLiteral("the project folder %1 does not exist").arg(projectFolder);
@@ -29,36 +45,47 @@ bool HostSession::Open(const QString& projectFolder, const QString& floor, QStri
         error = QStringLiteral("the project in %1 cannot be opened: %2").arg(projectFolder, why);
         return false;
     }
-    const QString wanted = floor.isEmpty() ? CProj().GetCurFloorName() : floor;
-    if (wanted.isEmpty()) {
+    shown = floor.isEmpty() ? CProj().GetCurFloorName() : floor;
+    if (shown.isEmpty()) {
         error = QStringLiteral("the project has no current floor; name one with --floor");
         QvKsDataMng::CloseProject();
         return false;
     }
-    QString file;
-    std::unique_ptr<ZcDbDatabase> database = ReadFloor(wanted, file, error);
-    if (!database) {
+    drawingFile = DrawingFileOf(shown, error);
+    if (drawingFile.isEmpty()) {
         QvKsDataMng::CloseProject();
         return false;
     }
-    Install(std::move(database), wanted, file);
     return true;
+}
+
+QString HostSession::DrawingFileOf(const QString& floor, QString& error)
+{
+    const QString file = IFloorMng::GetDwgFullNameByFloorName(floor);
+    if (file.isEmpty())
+        error = QStringLiteral("the project has no floor \"%1\"").arg(floor);
+    return file;
+}
+
+bool HostSession::ReadDrawing(
+    ZcDbDatabase& database, const QString& floor, const QString& drawingFile, QString& error)
+{
+    if (database.readDwgFile(drawingFile) == Zcad::eOk)
+        return true;
+    error = QStringLiteral("the drawing of floor \"%1\" (%2) cannot be read: %3")
+                .arg(floor, drawingFile, database.readError());
+    return false;
 }
 
 std::unique_ptr<ZcDbDatabase> HostSession::ReadFloor(
     const QString& floor, QString& drawingFile, QString& error)
 {
-    drawingFile = IFloorMng::GetDwgFullNameByFloorName(floor);
-    if (drawingFile.isEmpty()) {
-        error = QStringLiteral("the project has no floor \"%1\"").arg(floor);
+    drawingFile = DrawingFileOf(floor, error);
+    if (drawingFile.isEmpty())
         return nullptr;
-    }
     auto database = std::make_unique<ZcDbDatabase>(false, false);
-    if (database->readDwgFile(drawingFile) != Zcad::eOk) {
-        error = QStringLiteral("the drawing of floor \"%1\" (%2) cannot be read: %3")
-                    .arg(floor, drawingFile, database->readError());
+    if (!ReadDrawing(*database, floor, drawingFile, error))
         return nullptr;
-    }
     return database;
 }
 

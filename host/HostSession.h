@@ -36,8 +36,21 @@ public:
     static std::unique_ptr<ZcDbDatabase> ReadFloor(
         const QString& floor, QString& drawingFile, QString& error);
 
-private:
+    // Open in three steps, so that a large drawing can be read while the window is
+    // made. First the project, with the floor to show (`floor`, or the current one)
+    // and its drawing file; false with the project closed on failure.
+    bool OpenProject(const QString& projectFolder, const QString& floor, QString& shown,
+        QString& drawingFile, QString& error);
+    // Then the drawing, into a database made for it. It touches nothing of the
+    // session or the store, so it may run on a thread of its own.
+    static bool ReadDrawing(
+        ZcDbDatabase& database, const QString& floor, const QString& drawingFile, QString& error);
+    // Last, the read drawing becomes the working one.
     void Install(std::unique_ptr<ZcDbDatabase> database, const QString& floor, const QString& file);
+
+private:
+    // The drawing file of `floor`; empty with `error` set when the project has none.
+    static QString DrawingFileOf(const QString& floor, QString& error);
 
     std::unique_ptr<ZcDbDatabase> m_database;
     ZcApDocument* m_document = nullptr;

@@ -74,8 +74,8 @@ HostWindow::HostWindow(HostSession& session, QWidget* parent)
 
     // The bar was filled from the store as it was made, its provider set, just above.
     m_displayControl->Reload();
-    Regen();
-    m_view->ZoomExtents();
+    if (m_session.Database())
+        ShowDrawing();
 }
 
 HostWindow::~HostWindow()
@@ -134,9 +134,21 @@ bool HostWindow::RunHostCommand(const QString& word)
     return true;
 }
 
+void HostWindow::ShowDrawing()
+{
+    Regen();
+    m_view->ZoomExtents();
+}
+
 void HostWindow::Regen()
 {
     ++m_regens;
+    MakeBuilder().Build(m_session.Database(), m_view->List());
+    Regenerated();
+}
+
+DisplayListBuilder HostWindow::MakeBuilder() const
+{
     QvKsCodeStyles::Instance().Reload();
     LineTypeMgr::Instance()->LoadOrBuild(QvKsCodeStyles::Instance());
     DisplayListBuilder::Settings settings;
@@ -146,8 +158,11 @@ void HostWindow::Regen()
     bool ok = false;
     const double ltScale = CISysCode::GetLineTypeScale(scale) ? scale.toDouble(&ok) : 1.0;
     settings.lineTypeScale = (ok && ltScale > 0 ? ltScale : 1.0) * kDrawingUnitsPerPatternUnit;
-    DisplayListBuilder(QvKsCodeStyles::Instance(), *LineTypeMgr::Instance(), settings)
-        .Build(m_session.Database(), m_view->List());
+    return DisplayListBuilder(QvKsCodeStyles::Instance(), *LineTypeMgr::Instance(), settings);
+}
+
+void HostWindow::Regenerated()
+{
     UpdateStatus();
     m_view->update();
 }
@@ -165,8 +180,7 @@ bool HostWindow::SwitchFloor(const QString& floor)
         zcutPrintf(u'\n' + error);
         return false;
     }
-    Regen();
-    m_view->ZoomExtents();
+    ShowDrawing();
     zcutPrintf(QStringLiteral("\n当前楼层: %1").arg(floor));
     return true;
 }

@@ -10,6 +10,7 @@
 
 class CommandLineWidget;
 class DisplayControlWindow;
+class DisplayListBuilder;
 class DrawingView;
 class HostSession;
 class QDockWidget;
@@ -20,6 +21,8 @@ class HostWindow : public QMainWindow
 {
     Q_OBJECT
 public:
+    // Shows the session's drawing when it has one; otherwise ShowDrawing() does once
+    // the drawing is in place.
     explicit HostWindow(HostSession& session, QWidget* parent = nullptr);
     ~HostWindow() override;
 
@@ -28,6 +31,8 @@ public:
     int RunCommandText(const QString& text);
     // Re-reads codes, line types and the colour display type and rebuilds the view.
     void Regen();
+    // Regenerates and shows the whole drawing.
+    void ShowDrawing();
     void Fredraw();
     // Makes another floor's drawing the working one; false with a message printed.
     bool SwitchFloor(const QString& floor);
@@ -50,6 +55,10 @@ private:
     bool RunHostCommand(const QString& word);
     void RunQueuedStrings();
     void UpdateStatus();
+    // Re-reads codes, line types and the colour display type for a build.
+    DisplayListBuilder MakeBuilder() const;
+    // Shows a newly built list.
+    void Regenerated();
 
     HostSession& m_session;
     ZcEdCommandLoop m_loop;

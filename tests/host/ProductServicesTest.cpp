@@ -19,10 +19,12 @@
 namespace {
 bool ShowsText(const DisplayList& list, const QString& text)
 {
-    for (const DisplayItem& item : list.Items())
-        if (item.kind == DisplayItem::Text && list.TextOf(item).text == text)
-            return true;
-    return false;
+    bool shown = false;
+    for (std::size_t i = 0; i < list.Entities().size(); ++i)
+        list.ForEachPrimitive(i, [&](const DisplayPrimitive& primitive) {
+            shown = shown || (primitive.text && primitive.text->text == text);
+        });
+    return shown;
 }
 } // namespace
 
@@ -116,7 +118,9 @@ TEST_F(HostFixture, ProductEntitiesTakeTheLookOfTheCodeTheirPathNamesExactly)
     DisplayListBuilder(styles, *LineTypeMgr::Instance(), {}).Build(&drawing, list);
     ASSERT_EQ(list.Entities().size(), std::size_t(paths.size()));
     const auto rgb = [&list](int entity) {
-        return list.ItemsOf(std::size_t(entity)).front().color & 0xFFFFFF;
+        QRgb color = 0;
+        list.ForEachPrimitive(std::size_t(entity), [&color](const DisplayPrimitive& p) { color = p.look.color; });
+        return color & 0xFFFFFF;
     };
     const auto codeRgb = [](const QvKsCodeStyle* style) {
         return qRgb(GetRValue(style->color), GetGValue(style->color), GetBValue(style->color)) & 0xFFFFFF;

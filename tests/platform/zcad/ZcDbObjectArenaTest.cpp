@@ -42,10 +42,12 @@ TEST(ZcDbObjectArena, HandsOutAlignedDisjointMemoryItContains)
         EXPECT_TRUE(arena.contains(static_cast<char*>(p) + size - 1));
         const auto range = std::make_pair(address(p), address(p) + size);
         const auto next = ranges.lower_bound(range);
-        if (next != ranges.end())
+        if (next != ranges.end()) {
             EXPECT_LE(range.second, next->first);
-        if (next != ranges.begin())
+        }
+        if (next != ranges.begin()) {
             EXPECT_LE(std::prev(next)->second, range.first);
+        }
         ranges.insert(range);
     }
     EXPECT_GE(arena.bytesUsed(), asked);
