@@ -1,5 +1,7 @@
 #include "DrawingView.h"
 
+#include "DrawingPainter.h"
+
 #include <QEventLoop>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -9,8 +11,6 @@
 #include <cmath>
 
 namespace {
-constexpr double kMinTextPixels = 2.0;
-constexpr double kMaxTextPixels = 4000.0;
 constexpr double kFitMargin = 0.92;
 } // namespace
 
@@ -101,11 +101,12 @@ void DrawingView::paintEvent(QPaintEvent*)
     painter.fillRect(rect(), QColor(33, 40, 48));
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor highlight(255, 255, 0);
+    DrawingPainter drawing(painter, size(), m_centre, m_scale);
     const std::vector<DisplayEntity>& entities = m_list.Entities();
     for (std::size_t e = 0; e < entities.size(); ++e) {
         const bool picked = !m_pickedSet.empty() && m_pickedSet.count(m_list.IdOf(entities[e])) != 0;
         m_list.ForEachPrimitive(e, [&](const DisplayPrimitive& primitive) {
-            Paint(painter, primitive, picked ? &highlight : nullptr);
+            drawing.Paint(primitive, picked ? &highlight : nullptr);
         });
     }
     if (m_boxing) {
@@ -115,43 +116,6 @@ void DrawingView::paintEvent(QPaintEvent*)
         painter.setBrush(crossing ? QColor(0, 160, 0, 50) : QColor(0, 80, 220, 50));
         painter.drawRect(box);
     }
-}
-
-void DrawingView::Paint(QPainter& painter, const DisplayPrimitive& primitive, const QColor* highlight) const
-{
-    const QColor color = highlight ? *highlight : QColor::fromRgba(primitive.look.color);
-    if (primitive.kind == DisplayItem::Text) {
-        const DisplayText& text = *primitive.text;
-        const double pixels = text.height * m_scale;
-        if (pixels < kMinTextPixels || pixels > kMaxTextPixels || text.text.isEmpty())
-            return;
-        QFont font = painter.font();
-        font.setPixelSize(std::max(1, int(std::lround(pixels))));
-        painter.save();
-        painter.setFont(font);
-        painter.setPen(color);
-        painter.translate(ToScreen(text.at));
-        painter.rotate(-text.rotation * 180.0 / 3.14159265358979323846);
-        painter.drawText(QPointF(0, 0), text.text);
-        painter.restore();
-        return;
-    }
-    const double width = primitive.look.width;
-    QPen pen(color, highlight ? std::max(2.0, width) : width);
-    pen.setCosmetic(true);
-    pen.setCapStyle(Qt::FlatCap);
-    painter.setPen(pen);
-    painter.setBrush(Qt::NoBrush);
-    QPolygonF screen;
-    screen.reserve(qsizetype(primitive.points.size()));
-    for (const QPointF& p : primitive.points)
-        screen.append(ToScreen(p));
-    if (screen.size() == 1)
-        painter.drawPoint(screen[0]);
-    else if (primitive.closed)
-        painter.drawPolygon(screen);
-    else
-        painter.drawPolyline(screen);
 }
 
 void DrawingView::resizeEvent(QResizeEvent*)

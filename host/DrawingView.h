@@ -52,7 +52,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void Paint(QPainter& painter, const DisplayPrimitive& primitive, const QColor* highlight) const;
     void FinishSelection(bool accepted);
 
     DisplayList m_list;

@@ -1,0 +1,106 @@
+#include "DrawingPainter.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+DrawingPainter::DrawingPainter(QPainter& painter, const QSize& size, const QPointF& centre, double scale)
+    : m_painter(painter)
+    , m_size(size)
+    , m_centre(centre)
+    , m_scale(scale)
+    , m_dotted(std::size_t(std::max(0, size.width())) * std::size_t(std::max(0, size.height())), false)
+{
+    m_painter.setBrush(Qt::NoBrush);
+}
+
+QPointF DrawingPainter::ToScreen(const QPointF& world) const
+{
+    return QPointF(m_size.width() / 2.0 + (world.x() - m_centre.x()) * m_scale,
+        m_size.height() / 2.0 - (world.y() - m_centre.y()) * m_scale);
+}
+
+void DrawingPainter::UsePen(const QColor& color, double width)
+{
+    if (color == m_penColor && width == m_penWidth)
+        return;
+    QPen pen(color, width);
+    pen.setCosmetic(true);
+    pen.setCapStyle(Qt::FlatCap);
+    m_painter.setPen(pen);
+    m_penColor = color;
+    m_penWidth = width;
+}
+
+bool DrawingPainter::TakePixel(int x, int y)
+{
+    if (x < 0 || y < 0 || x >= m_size.width() || y >= m_size.height())
+        return false;
+    const std::size_t at = std::size_t(y) * std::size_t(m_size.width()) + std::size_t(x);
+    if (m_dotted[at])
+        return false;
+    m_dotted[at] = true;
+    return true;
+}
+
+void DrawingPainter::PaintText(const DisplayText& text, const QColor& color)
+{
+    const double pixels = text.height * m_scale;
+    if (pixels < kMinTextPixels || pixels > kMaxTextPixels || text.text.isEmpty())
+        return;
+    QFont font = m_painter.font();
+    font.setPixelSize(std::max(1, int(std::lround(pixels))));
+    m_painter.save();
+    m_painter.setFont(font);
+    m_painter.setPen(color);
+    m_painter.translate(ToScreen(text.at));
+    m_painter.rotate(-text.rotation * 180.0 / 3.14159265358979323846);
+    m_painter.drawText(QPointF(0, 0), text.text);
+    m_painter.restore();
+    // restore() gave back the pen in use before, so the pen kept in mind still holds.
+}
+
+void DrawingPainter::Paint(const DisplayPrimitive& primitive, const QColor* highlight)
+{
+    const QColor color = highlight ? *highlight : QColor::fromRgba(primitive.look.color);
+    if (primitive.kind == DisplayItem::Text) {
+        PaintText(*primitive.text, color);
+        return;
+    }
+    const double width = highlight ? std::max(2.0, double(primitive.look.width)) : double(primitive.look.width);
+    m_screen.resize(qsizetype(primitive.points.size()));
+    double left = 0.0;
+    double right = 0.0;
+    double top = 0.0;
+    double bottom = 0.0;
+    for (std::size_t i = 0; i < primitive.points.size(); ++i) {
+        const QPointF p = ToScreen(primitive.points[i]);
+        m_screen[qsizetype(i)] = p;
+        left = i == 0 ? p.x() : std::min(left, p.x());
+        right = i == 0 ? p.x() : std::max(right, p.x());
+        top = i == 0 ? p.y() : std::min(top, p.y());
+        bottom = i == 0 ? p.y() : std::max(bottom, p.y());
+    }
+    const double margin = width / 2 + 1;
+    if (right < -margin || bottom < -margin || left > m_size.width() + margin || top > m_size.height() + margin)
+        return;
+    if (right - left < 1.0 && bottom - top < 1.0) {
+        const int x = int(std::floor((left + right) / 2));
+        const int y = int(std::floor((top + bottom) / 2));
+        if (TakePixel(x, y) || highlight) {
+            UsePen(color, width);
+            m_painter.drawPoint(QPointF(x, y));
+        }
+        return;
+    }
+    UsePen(color, width);
+    if (m_screen.size() == 1)
+        m_painter.drawPoint(m_screen[0]);
+    else if (primitive.closed)
+        m_painter.drawPolygon(m_screen);
+    else if (m_screen.size() == 2)
+        m_painter.drawLine(m_screen[0], m_screen[1]);
+    else
+        m_painter.drawPolyline(m_screen);
+}
