@@ -250,28 +250,14 @@ bool DisplayList::ShapePoints(ZcDbObjectId id, std::vector<QPointF>& points) con
     return !points.empty();
 }
 
-void DisplayList::ForEachPrimitive(
-    std::size_t index, const std::function<void(const DisplayPrimitive&)>& visit) const
+DisplayPrimitive DisplayList::ItemPrimitive(const DisplayItem& item) const
 {
-    const DisplayEntity& entity = m_entities[index];
-    if (entity.IsShape()) {
-        if (!ShapePoints(IdOf(entity), m_shapePoints))
-            return;
-        visit({ DisplayItem::Path, m_shapePoints, false, m_looks[entity.ref & ~DisplayEntity::kShape], nullptr });
-        return;
+    if (item.kind == DisplayItem::Text) {
+        const DisplayText& text = m_texts[item.first];
+        return { DisplayItem::Text, { &text.at, 1 }, false, m_looks[item.look], &text };
     }
-    for (std::size_t i = entity.ref; i < m_items.size(); ++i) {
-        const DisplayItem& item = m_items[i];
-        if (item.kind == DisplayItem::Text) {
-            const DisplayText& text = m_texts[item.first];
-            visit({ DisplayItem::Text, { &text.at, 1 }, false, m_looks[item.look], &text });
-        } else {
-            visit({ DisplayItem::Path, { m_points.data() + item.first, item.count }, item.closed,
-                m_looks[item.look], nullptr });
-        }
-        if (item.last)
-            break;
-    }
+    return { DisplayItem::Path, { m_points.data() + item.first, item.count }, item.closed, m_looks[item.look],
+        nullptr };
 }
 
 std::optional<QRectF> DisplayList::EntityBounds(std::size_t index) const

@@ -19,7 +19,6 @@
 #include <QString>
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -96,7 +95,22 @@ public:
     ZcDbObjectId IdOf(const DisplayEntity& entity) const { return ZcDbObjectId(m_serial, entity.index); }
     // What the entity at `index` in Entities() shows now, in order. An entity drawn
     // from the drawing shows nothing once it is erased.
-    void ForEachPrimitive(std::size_t index, const std::function<void(const DisplayPrimitive&)>& visit) const;
+    template<typename Visit>
+    void ForEachPrimitive(std::size_t index, Visit&& visit) const
+    {
+        const DisplayEntity& entity = m_entities[index];
+        if (entity.IsShape()) {
+            if (ShapePoints(IdOf(entity), m_shapePoints))
+                visit(DisplayPrimitive { DisplayItem::Path, m_shapePoints, false,
+                    m_looks[entity.ref & ~DisplayEntity::kShape], nullptr });
+            return;
+        }
+        for (std::size_t i = entity.ref; i < m_items.size(); ++i) {
+            visit(ItemPrimitive(m_items[i]));
+            if (m_items[i].last)
+                break;
+        }
+    }
     // What the entities covered when added, in drawing coordinates (empty for none).
     QRectF Bounds() const;
 
@@ -108,6 +122,7 @@ private:
     // The points of a straight line or polyline of the drawing; false when the id
     // names no such entity any more.
     bool ShapePoints(ZcDbObjectId id, std::vector<QPointF>& points) const;
+    DisplayPrimitive ItemPrimitive(const DisplayItem& item) const;
     // Null for an entity that shows nothing.
     std::optional<QRectF> EntityBounds(std::size_t index) const;
     bool Touches(std::size_t index, const QRectF& box) const;

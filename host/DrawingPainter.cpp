@@ -21,11 +21,11 @@ QPointF DrawingPainter::ToScreen(const QPointF& world) const
         m_size.height() / 2.0 - (world.y() - m_centre.y()) * m_scale);
 }
 
-void DrawingPainter::UsePen(const QColor& color, double width)
+void DrawingPainter::UsePen(QRgb color, double width)
 {
     if (color == m_penColor && width == m_penWidth)
         return;
-    QPen pen(color, width);
+    QPen pen(QColor::fromRgba(color), width);
     pen.setCosmetic(true);
     pen.setCapStyle(Qt::FlatCap);
     m_painter.setPen(pen);
@@ -63,9 +63,9 @@ void DrawingPainter::PaintText(const DisplayText& text, const QColor& color)
 
 void DrawingPainter::Paint(const DisplayPrimitive& primitive, const QColor* highlight)
 {
-    const QColor color = highlight ? *highlight : QColor::fromRgba(primitive.look.color);
+    const QRgb color = highlight ? highlight->rgba() : primitive.look.color;
     if (primitive.kind == DisplayItem::Text) {
-        PaintText(*primitive.text, color);
+        PaintText(*primitive.text, QColor::fromRgba(color));
         return;
     }
     const double width = highlight ? std::max(2.0, double(primitive.look.width)) : double(primitive.look.width);

@@ -31,7 +31,7 @@ public:
 private:
     QPointF ToScreen(const QPointF& world) const;
     void PaintText(const DisplayText& text, const QColor& color);
-    void UsePen(const QColor& color, double width);
+    void UsePen(QRgb color, double width);
     // Marks the pixel; false when it was marked already or lies off the view.
     bool TakePixel(int x, int y);
 
@@ -41,6 +41,6 @@ private:
     double m_scale;
     QPolygonF m_screen;
     std::vector<bool> m_dotted;
-    QColor m_penColor;
-    double m_penWidth = -1.0;
+    QRgb m_penColor = 0;
+    double m_penWidth = -1.0; // none set yet
 };
