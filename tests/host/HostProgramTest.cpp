@@ -2,6 +2,8 @@
 // refusals of a broken start (nothing written to the project then).
 #include "DemoProject.h"
 
+#include "DxfWriter.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -73,6 +75,42 @@ TEST(HostProgram, WhatPluginsPrintWhileLoadingReachesTheCommandLine)
         QStringLiteral(QV_HOST_TEST_PLUGIN), QStringLiteral("--script"), script });
     EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
     EXPECT_FALSE(run.out.contains(QStringLiteral("[qvhtest] loaded"))) << run.out.toStdString();
+}
+
+// A floor of 25,000 pipes opens whole: read while the window is made, built in two
+// halves, painted, and picked by window and crossing boxes, as on a small floor.
+TEST(HostProgram, LargeFloorOpensPaintsAndPicksLikeASmallOne)
+{
+    DemoProject project;
+    {
+        QFile drawing(project.File(QStringLiteral("1F.dxf")));
+        ASSERT_TRUE(drawing.open(QIODevice::WriteOnly));
+        DxfWriter writer(&drawing);
+        writer.registerApp(QStringLiteral("QVKS"));
+        for (int i = 0; i < 25000; ++i) {
+            const ZcGePoint3d from { 0, double(i), 0 };
+            const ZcGePoint3d to { 100, double(i), 0 };
+            if (i % 5 == 4)
+                writer.addLine(from, to);
+            else
+                writer.addProductEntity(QStringLiteral("3\\%1").arg(i % 40 + 1), { from, to });
+        }
+        ASSERT_TRUE(writer.finish());
+    }
+    const QString shot = ArtifactPath(QStringLiteral("host-large-floor.png"));
+    QFile::remove(shot);
+    const QString script = project.File(QStringLiteral("large.qvs"));
+    ASSERT_TRUE(WriteText(script,
+        QStringLiteral("select -1 -0.5 101 9.5\ncommand qvhtest\nexpect [qvhtest] selected 10\n"
+                       "select 101 24990.5 50 24991.5\ncommand qvhtest\nexpect [qvhtest] selected 1\n"
+                       "select 101 -1 -1 30000\ncommand qvhtest\nexpect [qvhtest] selected 25000\n"
+                       "screenshot %1\n")
+            .arg(shot)
+            .toUtf8()));
+    const HostRun run = RunQvhost({ QStringLiteral("--project"), project.Path(), QStringLiteral("--plugin"),
+        QStringLiteral(QV_HOST_TEST_PLUGIN), QStringLiteral("--script"), script });
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString() << run.out.toStdString();
+    EXPECT_FALSE(QImage(shot).isNull());
 }
 
 struct BrokenStart
