@@ -39,6 +39,8 @@ public:
 
     DisplayListBuilder(const QvKsCodeStyles& styles, const LineTypeMgr& lineTypes, const Settings& settings);
 
+    // Replaces `list` with the model space of `database`. The drawing is only read; a
+    // large one is built on two threads, so nothing may change it meanwhile.
     void Build(ZcDbDatabase* database, DisplayList& list) const;
 
     // The colour of CAD colour index 1..255 on a dark background (7 is white).
