@@ -98,15 +98,15 @@ std::shared_ptr<const std::vector<ZcDbXDataApp>> DxfStringPool::sharedXData(cons
 {
     if (m_xdataPoolUse.off || key.size() > kMaxXDataKeyLength)
         return nullptr;
-    const auto it = m_xdataPool.find(key);
-    m_xdataPoolUse.count(m_xdataPool.size() >= kMaxXDataPoolSize, it != m_xdataPool.end());
-    return it == m_xdataPool.end() ? nullptr : it->second;
+    std::shared_ptr<const std::vector<ZcDbXDataApp>> kept = m_xdataPool.find(key);
+    m_xdataPoolUse.count(m_xdataPool.size() >= kMaxXDataPoolSize, kept != nullptr);
+    return kept;
 }
 
 void DxfStringPool::keepXData(const std::string& key, std::shared_ptr<const std::vector<ZcDbXDataApp>> xdata)
 {
     if (key.size() <= kMaxXDataKeyLength && m_xdataPool.size() < kMaxXDataPoolSize)
-        m_xdataPool.emplace(key, std::move(xdata));
+        m_xdataPool.insert(key, std::move(xdata));
 }
 
 DxfEntityParser::DxfEntityParser(DxfStringPool& strings)

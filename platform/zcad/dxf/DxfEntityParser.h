@@ -2,6 +2,7 @@
 
 // Gathers the groups of one DXF entity and makes the database entity from them.
 #include "DxfGroupReader.h"
+#include "DxfXDataPool.h"
 #include "ZcDbPolyline.h"
 #include "ZcDbXData.h"
 #include "ZcGePoint3d.h"
@@ -64,7 +65,7 @@ private:
     Use m_poolUse;
     Use m_xdataPoolUse;
     std::unordered_map<std::string, QString, Hash, std::equal_to<>> m_pool;
-    std::unordered_map<std::string, std::shared_ptr<const std::vector<ZcDbXDataApp>>> m_xdataPool;
+    DxfXDataPool m_xdataPool;
 };
 
 class DxfEntityParser

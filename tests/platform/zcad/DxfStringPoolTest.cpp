@@ -30,10 +30,11 @@ TEST(DxfStringPool, TextsReadBackAsDecodedAndRepeatedOnesAreShared)
         const int which = n % 6 == 5 ? n % 5 : n % 6;
         const QString layer = pool.get(utf8(layers[which]));
         ASSERT_EQ(layer, layers[which]) << n;
-        if (n < 6)
+        if (n < 6) {
             first[which] = layer;
-        else if (n > 100)
+        } else if (n > 100) {
             EXPECT_TRUE(layer.isSharedWith(first[which])) << n;
+        }
     }
     const std::string longText(200, 'x');
     EXPECT_EQ(pool.get(longText), QString::fromStdString(longText));
