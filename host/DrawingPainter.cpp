@@ -69,18 +69,20 @@ void DrawingPainter::Paint(const DisplayPrimitive& primitive, const QColor* high
         return;
     }
     const double width = highlight ? std::max(2.0, double(primitive.look.width)) : double(primitive.look.width);
-    m_screen.resize(qsizetype(primitive.points.size()));
-    double left = 0.0;
-    double right = 0.0;
-    double top = 0.0;
-    double bottom = 0.0;
-    for (std::size_t i = 0; i < primitive.points.size(); ++i) {
-        const QPointF p = ToScreen(primitive.points[i]);
-        m_screen[qsizetype(i)] = p;
-        left = i == 0 ? p.x() : std::min(left, p.x());
-        right = i == 0 ? p.x() : std::max(right, p.x());
-        top = i == 0 ? p.y() : std::min(top, p.y());
-        bottom = i == 0 ? p.y() : std::max(bottom, p.y());
+    // Where it lies on the view decides how it is drawn, if at all: a floor seen
+    // whole is mostly entities off the view or smaller than a pixel.
+    const std::span<const QPointF> points = primitive.points;
+    const QPointF start = ToScreen(points.front());
+    double left = start.x();
+    double right = left;
+    double top = start.y();
+    double bottom = top;
+    for (const QPointF& point : points.subspan(1)) {
+        const QPointF p = ToScreen(point);
+        left = std::min(left, p.x());
+        right = std::max(right, p.x());
+        top = std::min(top, p.y());
+        bottom = std::max(bottom, p.y());
     }
     const double margin = width / 2 + 1;
     if (right < -margin || bottom < -margin || left > m_size.width() + margin || top > m_size.height() + margin)
@@ -94,6 +96,10 @@ void DrawingPainter::Paint(const DisplayPrimitive& primitive, const QColor* high
         }
         return;
     }
+    m_screen.resize(qsizetype(points.size()));
+    QPointF* screen = m_screen.data();
+    for (const QPointF& point : points)
+        *screen++ = ToScreen(point);
     UsePen(color, width);
     if (m_screen.size() == 1)
         m_painter.drawPoint(m_screen[0]);
