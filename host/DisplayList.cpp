@@ -107,7 +107,8 @@ void DisplayList::Reserve(std::size_t entities)
 quint32 DisplayList::LookIndex(const DisplayLook& look)
 {
     // A drawing shows few looks, mostly the same one many times running.
-    if (!m_looks.empty() && m_looks[m_lastLook].color == look.color && m_looks[m_lastLook].width == look.width)
+    if (!m_looks.empty() && m_looks[m_lastLook].color == look.color
+        && m_looks[m_lastLook].width == look.width)
         return m_lastLook;
     const quint64 key = quint64(look.color) << 32 | std::bit_cast<quint32>(look.width);
     auto it = m_lookIndexes.constFind(key);
@@ -272,9 +273,8 @@ std::optional<QRectF> DisplayList::EntityBounds(std::size_t index) const
 bool DisplayList::Touches(std::size_t index, const QRectF& box) const
 {
     bool touches = false;
-    ForEachPrimitive(index, [&](const DisplayPrimitive& primitive) {
-        touches = touches || PrimitiveTouches(primitive, box);
-    });
+    ForEachPrimitive(index,
+        [&](const DisplayPrimitive& primitive) { touches = touches || PrimitiveTouches(primitive, box); });
     return touches;
 }
 

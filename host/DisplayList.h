@@ -95,8 +95,7 @@ public:
     ZcDbObjectId IdOf(const DisplayEntity& entity) const { return ZcDbObjectId(m_serial, entity.index); }
     // What the entity at `index` in Entities() shows now, in order. An entity drawn
     // from the drawing shows nothing once it is erased.
-    template<typename Visit>
-    void ForEachPrimitive(std::size_t index, Visit&& visit) const
+    template <typename Visit> void ForEachPrimitive(std::size_t index, Visit&& visit) const
     {
         const DisplayEntity& entity = m_entities[index];
         if (entity.IsShape()) {

@@ -433,7 +433,8 @@ void DisplayListBuilder::AddPath(
     list.AddPath(points, closed, { look.color, look.width });
 }
 
-void DisplayListBuilder::AddPattern(std::span<const QPointF> points, const Look& look, DisplayList& list) const
+void DisplayListBuilder::AddPattern(
+    std::span<const QPointF> points, const Look& look, DisplayList& list) const
 {
     std::vector<double> cumulative { 0.0 };
     for (size_t i = 1; i < points.size(); ++i)

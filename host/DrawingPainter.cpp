@@ -68,7 +68,8 @@ void DrawingPainter::Paint(const DisplayPrimitive& primitive, const QColor* high
         PaintText(*primitive.text, QColor::fromRgba(color));
         return;
     }
-    const double width = highlight ? std::max(2.0, double(primitive.look.width)) : double(primitive.look.width);
+    const double width
+        = highlight ? std::max(2.0, double(primitive.look.width)) : double(primitive.look.width);
     // Where it lies on the view decides how it is drawn, if at all: a floor seen
     // whole is mostly entities off the view or smaller than a pixel.
     const std::span<const QPointF> points = primitive.points;
@@ -85,7 +86,8 @@ void DrawingPainter::Paint(const DisplayPrimitive& primitive, const QColor* high
         bottom = std::max(bottom, p.y());
     }
     const double margin = width / 2 + 1;
-    if (right < -margin || bottom < -margin || left > m_size.width() + margin || top > m_size.height() + margin)
+    if (right < -margin || bottom < -margin || left > m_size.width() + margin
+        || top > m_size.height() + margin)
         return;
     if (right - left < 1.0 && bottom - top < 1.0) {
         const int x = int(std::floor((left + right) / 2));

@@ -39,8 +39,8 @@ public:
     // Open in three steps, so that a large drawing can be read while the window is
     // made. First the project, with the floor to show (`floor`, or the current one)
     // and its drawing file; false with the project closed on failure.
-    bool OpenProject(const QString& projectFolder, const QString& floor, QString& shown,
-        QString& drawingFile, QString& error);
+    bool OpenProject(const QString& projectFolder, const QString& floor, QString& shown, QString& drawingFile,
+        QString& error);
     // Then the drawing, into a database made for it. It touches nothing of the
     // session or the store, so it may run on a thread of its own.
     static bool ReadDrawing(

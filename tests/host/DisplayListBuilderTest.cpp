@@ -99,7 +99,11 @@ TEST(DisplayListBuilder, LargeDrawingBuiltInHalvesKeepsOrderAndLooks)
         int primitives = 0;
         list.ForEachPrimitive(std::size_t(i), [&](const DisplayPrimitive& p) {
             ++primitives;
-            const QRgb expected = i % 4 == 0 ? red : i % 4 == 1 ? blue : i % 4 == 2 ? green : i % 8 == 3 ? blue : red;
+            const QRgb expected = i % 4 == 0 ? red
+                : i % 4 == 1                 ? blue
+                : i % 4 == 2                 ? green
+                : i % 8 == 3                 ? blue
+                                             : red;
             EXPECT_EQ(p.look.color, expected) << i;
             if (i % 4 == 3) {
                 ASSERT_NE(p.text, nullptr);

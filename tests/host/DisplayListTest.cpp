@@ -87,9 +87,11 @@ TEST(DisplayList, ShapesShowTheDrawingAsItIsNow)
     list.AddShape(square, std::vector<QPointF> { { 0, 0 }, { 10, 0 }, { 10, 10 } }, DisplayLook { 1, 0 });
     list.AddShape(line, std::vector<QPointF> { { 20, 0 }, { 30, 0 } }, DisplayLook { 2, 0 });
     ASSERT_EQ(list.Entities().size(), 2u);
-    EXPECT_EQ(PathsOf(list, 0), (std::vector<std::vector<QPointF>> { { { 0, 0 }, { 10, 0 }, { 10, 10 }, { 0, 0 } } }));
+    EXPECT_EQ(PathsOf(list, 0),
+        (std::vector<std::vector<QPointF>> { { { 0, 0 }, { 10, 0 }, { 10, 10 }, { 0, 0 } } }));
     // The closing side counts for a crossing box.
-    EXPECT_EQ(Indexes(list.Select(QRectF(QPointF(4, 4), QPointF(6, 6)), true)), (std::vector<quint32> { square.index() }));
+    EXPECT_EQ(Indexes(list.Select(QRectF(QPointF(4, 4), QPointF(6, 6)), true)),
+        (std::vector<quint32> { square.index() }));
 
     ZcDbLine* opened = nullptr;
     ASSERT_EQ(zcdbOpenObject(opened, line, ZcDb::kForWrite), Zcad::eOk);
@@ -97,14 +99,16 @@ TEST(DisplayList, ShapesShowTheDrawingAsItIsNow)
     opened->setEndPoint({ 30, 50, 0 });
     opened->close();
     EXPECT_EQ(PathsOf(list, 1), (std::vector<std::vector<QPointF>> { { { 20, 50 }, { 30, 50 } } }));
-    EXPECT_EQ(Indexes(list.Select(QRectF(QPointF(15, 45), QPointF(35, 55)), false)), (std::vector<quint32> { line.index() }));
+    EXPECT_EQ(Indexes(list.Select(QRectF(QPointF(15, 45), QPointF(35, 55)), false)),
+        (std::vector<quint32> { line.index() }));
 
     ZcDbEntity* erased = nullptr;
     ASSERT_EQ(zcdbOpenObject(erased, square, ZcDb::kForWrite), Zcad::eOk);
     erased->erase();
     erased->close();
     EXPECT_TRUE(PathsOf(list, 0).empty());
-    EXPECT_TRUE(list.Select(QRectF(QPointF(-100, -100), QPointF(100, 100)), false) == std::vector<ZcDbObjectId> { line });
+    EXPECT_TRUE(list.Select(QRectF(QPointF(-100, -100), QPointF(100, 100)), false)
+        == std::vector<ZcDbObjectId> { line });
 }
 
 // Two lists of one drawing joined: the second's entities follow in order with
@@ -139,9 +143,9 @@ TEST(DisplayList, AppendKeepsOrderPointsTextsAndLooks)
             seen.push_back({ first.IdOf(first.Entities()[i]).index(), p.points.front(),
                 p.text ? p.text->text : QString(), p.look.color, p.closed });
         });
-    const std::vector<Seen> expected { { 1, { 0, 0 }, {}, 10, false }, { 2, { 2, 2 }, QStringLiteral("A"), 20, false },
-        { 3, { 50, 50 }, QStringLiteral("B"), 30, false }, { 3, { 60, 60 }, {}, 20, true },
-        { 4, { -5, 80 }, {}, 10, false } };
+    const std::vector<Seen> expected { { 1, { 0, 0 }, {}, 10, false },
+        { 2, { 2, 2 }, QStringLiteral("A"), 20, false }, { 3, { 50, 50 }, QStringLiteral("B"), 30, false },
+        { 3, { 60, 60 }, {}, 20, true }, { 4, { -5, 80 }, {}, 10, false } };
     EXPECT_TRUE(seen == expected);
     EXPECT_EQ(first.Bounds(), QRectF(QPointF(-5, 0), QPointF(70, 80)));
 }

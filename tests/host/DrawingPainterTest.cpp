@@ -78,7 +78,8 @@ TEST(DrawingPainter, WhatIsSmallerThanAPixelIsOneDotThereTheFirstOneUnlessHighli
     Canvas canvas;
     std::vector<Canvas::Path> stacked;
     for (int i = 0; i < 1000; ++i)
-        stacked.push_back({ { { 30.2, 29.7 + i * 0.0002 }, { 30.4, 29.7 + i * 0.0002 } }, i == 0 ? kRed : kBlue });
+        stacked.push_back(
+            { { { 30.2, 29.7 + i * 0.0002 }, { 30.4, 29.7 + i * 0.0002 } }, i == 0 ? kRed : kBlue });
     // Apart: a dot each.
     stacked.push_back({ { { 70.3, 69.7 }, { 70.4, 69.6 } }, kBlue });
     stacked.push_back({ { { 72.3, 69.7 } }, kBlue });

@@ -119,7 +119,8 @@ TEST_F(HostFixture, ProductEntitiesTakeTheLookOfTheCodeTheirPathNamesExactly)
     ASSERT_EQ(list.Entities().size(), std::size_t(paths.size()));
     const auto rgb = [&list](int entity) {
         QRgb color = 0;
-        list.ForEachPrimitive(std::size_t(entity), [&color](const DisplayPrimitive& p) { color = p.look.color; });
+        list.ForEachPrimitive(
+            std::size_t(entity), [&color](const DisplayPrimitive& p) { color = p.look.color; });
         return color & 0xFFFFFF;
     };
     const auto codeRgb = [](const QvKsCodeStyle* style) {
