@@ -6,6 +6,7 @@
 #include "HostSession.h"
 #include "HostWindow.h"
 #include "ModalDriver.h"
+#include "QvKsDataMng.h"
 #include "ScriptRunner.h"
 #include "WinMessageBox.h"
 #include "ZcDbDatabase.h"
@@ -87,7 +88,10 @@ int HostApp::Run(const QStringList& arguments)
     }
     session.Install(std::move(database), floor, drawingFile);
     // The plug-ins load before the drawing is shown, so its one regen already shows
-    // what they set up; what they print meanwhile waits for the command line.
+    // what they set up; what they print meanwhile waits for the command line. The
+    // bar and "显示控制" were filled beside the read: a plug-in that wrote to the
+    // store while loading has them filled again.
+    const qint64 storeChanges = QvKsDataMng::ChangesMade();
     QString loadText;
     ZcUtOutputSink hostSink = zcutSetOutputSink([&loadText](const QString& text) { loadText += text; });
     const QStringList plugins = options.pluginsGiven ? options.plugins : QStringList { DefaultPlugin() };
@@ -102,6 +106,8 @@ int HostApp::Run(const QStringList& arguments)
         loadText += QStringLiteral("\n已加载 %1").arg(QFileInfo(plugin).fileName());
     }
     zcutSetOutputSink(std::move(hostSink));
+    if (QvKsDataMng::ChangesMade() != storeChanges)
+        window.ReloadStoreViews();
     window.ShowDrawing();
     window.CommandLine()->Print(loadText);
     window.show();

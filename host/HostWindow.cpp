@@ -134,6 +134,12 @@ bool HostWindow::RunHostCommand(const QString& word)
     return true;
 }
 
+void HostWindow::ReloadStoreViews()
+{
+    IFaceBarCtrl::ReFreshSysCodeBar();
+    m_displayControl->Reload();
+}
+
 void HostWindow::ShowDrawing()
 {
     Regen();

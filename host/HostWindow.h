@@ -33,6 +33,8 @@ public:
     void Regen();
     // Regenerates and shows the whole drawing.
     void ShowDrawing();
+    // Fills the attribute bar and "显示控制" from the store again.
+    void ReloadStoreViews();
     void Fredraw();
     // Makes another floor's drawing the working one; false with a message printed.
     bool SwitchFloor(const QString& floor);

@@ -177,6 +177,12 @@ bool IsProjectOpen()
     return ProjectStore::Current() != nullptr;
 }
 
+qint64 ChangesMade()
+{
+    const ProjectStore* store = ProjectStore::Current();
+    return store ? qint64(sqlite3_total_changes64(store->Db())) : 0;
+}
+
 QString ProjectFolder()
 {
     const ProjectStore* store = ProjectStore::Current();

@@ -8,6 +8,7 @@
 // and the profile folder "Profile" (settings "SysCodeMng.ini" and the exchange
 // folder "系统编号").
 #include <QString>
+#include <QtGlobal>
 
 namespace QvKsDataMng {
 
@@ -25,6 +26,10 @@ bool CreateProject(const QString& folder, const QString& projectName, QString* e
 void CloseProject();
 
 bool IsProjectOpen();
+// Rows inserted, changed or deleted in the open store by this process since it was
+// opened (0 while none is open): what was shown from the store is still current
+// while this stays the same.
+qint64 ChangesMade();
 QString ProjectFolder();
 QString StoreFileName(); // "project.qvks"
 QString ProfileFolderName(); // "Profile"

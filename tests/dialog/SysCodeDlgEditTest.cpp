@@ -253,8 +253,9 @@ TEST_F(SysCodeDlgEditTest, DropDownListsOfferTheirItems)
         QStringList got;
         dlg->GetComboItems(column, got);
         EXPECT_EQ(got, items) << column;
-        if (!items.isEmpty() && column != 7)
+        if (!items.isEmpty() && column != 7) {
             EXPECT_EQ(grid(*dlg).GetEditOptions(grid(*dlg).GetItemFromRow(0), column), items) << column;
+        }
     }
 }
 

@@ -113,6 +113,20 @@ TEST(HostProgram, LargeFloorOpensPaintsAndPicksLikeASmallOne)
     EXPECT_FALSE(QImage(shot).isNull());
 }
 
+// The bar and "显示控制" are filled while the drawing is read, before the plug-ins
+// load: a code a plug-in writes to the store as it loads still shows in them.
+TEST(HostProgram, CodesAPluginWritesAsItLoadsShowInTheBar)
+{
+    DemoProject project;
+    const QString script = project.File(QStringLiteral("bar.qvs"));
+    ASSERT_TRUE(WriteText(script, QStringLiteral("bar-select 载入时系统\nexpect-bar 载入时系统\n").toUtf8()));
+    qputenv("QVHTEST_CODE_AT_LOAD", QStringLiteral("载入时系统").toUtf8());
+    const HostRun run = RunQvhost({ QStringLiteral("--project"), project.Path(), QStringLiteral("--plugin"),
+        QStringLiteral(QV_HOST_TEST_PLUGIN), QStringLiteral("--script"), script });
+    qunsetenv("QVHTEST_CODE_AT_LOAD");
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString() << run.out.toStdString();
+}
+
 struct BrokenStart
 {
     const char* what;

@@ -1,7 +1,11 @@
 // A tiny application file for the host tests: a command that selects, queues a
 // redraw and reports; a command that opens a dialog and asks a question; one that
 // opens the CAD colour dialog; one with a grid and common controls; one that asks
-// for a file; and the attribute bar's double-click callback.
+// for a file; the attribute bar's double-click callback; and, when asked, a code
+// written to the store as it loads.
+#include "CISysCode.h"
+#include "CProj.h"
+#include "CSysCodeData.h"
 #include "GridTestDialog.h"
 #include "IFaceBarCtrl.h"
 #include "QvKsCADColorTool.h"
@@ -35,6 +39,22 @@ void onSelect()
     ZcApDocManager* manager = zcDocManagerPtr();
     manager->sendStringToExecute(manager->curDocument(), u"fredraw ", false, true, false);
     zcutPrintf(u"\n[qvhtest] done");
+}
+
+// A plug-in that sets up codes as it loads: the top-level code named by
+// QVHTEST_CODE_AT_LOAD joins the current specialty.
+void addCodeAtLoad()
+{
+    const QString name = qEnvironmentVariable("QVHTEST_CODE_AT_LOAD");
+    const QString spec = CProj().GetCurrentSpec();
+    CSysCodeData root;
+    if (name.isEmpty() || spec.isEmpty() || !CISysCode::GetSpecCodeInfos(root, spec))
+        return;
+    auto* code = new CSysCodeData;
+    code->SetNodeName(name);
+    int counter = 0;
+    root.AddDataToChild(counter, code, true);
+    CISysCode::SetSpecCodeInfos(root, spec);
 }
 
 void onDialog()
@@ -100,6 +120,7 @@ extern "C" ZcRx::AppRetCode zcrxEntryPoint(ZcRx::AppMsgCode msg, void* appId)
     commands->addCommand(u"QVHTEST", u"_qvhgrid", u"qvhgrid", 0, onGrid);
     commands->addCommand(u"QVHTEST", u"_qvhfile", u"qvhfile", 0, onFile);
     IFaceBarCtrl::RegDbClickSysFunc(&onBarDbClick);
+    addCodeAtLoad();
     zcutPrintf(u"\n[qvhtest] loaded");
     return kRetOK;
 }
