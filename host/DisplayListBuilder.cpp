@@ -4,7 +4,6 @@
 #include "QvKsAciPalette.h"
 #include "QvKsCodeStyles.h"
 #include "QvKsEntity.h"
-#include "QvKsModelSpace.h"
 #include "ZcDbArc.h"
 #include "ZcDbAttribute.h"
 #include "ZcDbAttributeDefinition.h"
