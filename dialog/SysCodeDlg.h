@@ -109,6 +109,12 @@ public:
     bool m_bRenamesOnly = false;
     int m_nMaxIndex = 0;
     int m_nLevelBase = 0;
+    // The codes of the specialty in the grid as this dialog last read them from the
+    // store or stored them (the root's index is the store's high-water mark), and
+    // the store's stamp of them: a save checks the stamp and, when someone else
+    // stored the specialty in between, merges from these.
+    std::unique_ptr<CSysCodeData> m_pStoredCodes;
+    quint64 m_nStoredStamp = 0;
     // Saving clears the first and sets the second in one step (SetSavedFlags).
     bool m_bModified = false;
     bool m_bColorChanged = false;
@@ -224,8 +230,22 @@ protected:
     // the store and the dialog are as before.
     // `saved` receives the tree as stored.
     bool SaveSpecCodes(const QString& spec, const QString& scale, CSysCodeData& saved);
-    bool WriteSpecCodes(const QString& spec, CSysCodeData& root);
-    bool StoreInOneTransaction(const std::function<bool()>& writes);
+    // The grid's codes into `root` and stored for `spec` as one transaction, with
+    // the scale (when not null) and the renames (when asked); a specialty someone
+    // else stored since it was read is merged first. False when the store refused
+    // (the user was told) or the user cancelled the merge: nothing was written.
+    bool StoreGridCodes(const QString& spec, const QString& scale, CSysCodeData& root, bool withRenames);
+    // `mine` becomes the merge of the stored codes this dialog read, `theirs` (the
+    // store now) and `mine`; collisions go to "合并". False when the user cancelled.
+    bool MergeWithStore(const CSysCodeData& base, const CSysCodeData& theirs, CSysCodeData& mine,
+        QStringList& fromTheirs, std::vector<std::pair<QString, QString>>& renames);
+    // Bill and quota items as stored now, carried from each stored path to its
+    // merged one.
+    bool ApplyMergeRenames(const QString& spec, const std::vector<std::pair<QString, QString>>& renames);
+    void KeepStoredCodes(const CSysCodeData& root, quint64 stamp);
+    // `quietWhen` tells a refusal the caller handles itself from a failure to report.
+    bool StoreInOneTransaction(
+        const std::function<bool()>& writes, const std::function<bool()>& quietWhen = nullptr);
     bool ApplyRenames();
     void StoreRowIndexes(const CSysCodeData& parent, HTREEITEM row);
     bool SaveDispAddedMsg();

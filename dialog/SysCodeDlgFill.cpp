@@ -18,6 +18,9 @@
 #include <QCheckBox>
 #include <QLineEdit>
 
+#include <algorithm>
+#include <memory>
+
 bool SysCodeDlg::OnInitDialog()
 {
     setWindowIcon(LoadSysCodeIcon(IDI_SYSCODE_ICON));
@@ -119,12 +122,17 @@ void SysCodeDlg::FillSysCodeTree(const QString& spec)
     m_tree.SetRedraw(false);
     m_tree.DeleteColumn(0); // every row, then every column
     InsertColumns(withPipeColumns);
-    CSysCodeData root;
-    if (CISysCode::GetSpecCodeInfos(root, spec) && root.GetChildCount() > 0) {
-        InsertNodeRows(root, TVI_ROOT, withPipeColumns);
+    auto root = std::make_unique<CSysCodeData>();
+    quint64 stamp = 0;
+    if (CISysCode::GetSpecCodeInfos(*root, spec, stamp) && root->GetChildCount() > 0) {
+        InsertNodeRows(*root, TVI_ROOT, withPipeColumns);
         m_tree.Expand(m_tree.GetRootItem(), TVE_EXPAND);
         UpdateData(false);
     }
+    // Codes made here are numbered past every index the store ever gave out.
+    m_nMaxIndex = std::max(m_nMaxIndex, root->GetNodeIndex());
+    m_pStoredCodes = std::move(root);
+    m_nStoredStamp = stamp;
     m_tree.SetRedraw(true);
     m_tree.ClearUndo();
 }

@@ -50,12 +50,8 @@ bool SysCodeDlg::PreSaveForExchange(CSysCodeData& root)
         BuildChildRecords(root, m_tree.GetRootItem());
         return true;
     }
-    if (!StoreInOneTransaction([&] {
-            BuildChildRecords(root, m_tree.GetRootItem());
-            return CISysCode::SetSpecCodeInfos(root, m_strSpec);
-        })) {
+    if (!StoreGridCodes(m_strSpec, QString(), root, false))
         return false;
-    }
     StoreRowIndexes(root, m_tree.GetRootItem());
     SetSavedFlags();
     return true;

@@ -21,6 +21,7 @@
 #include "ZcApDocManager.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 int ShowBox(const QString& text, UINT type)
@@ -126,7 +127,8 @@ void SysCodeDlg::StoreRowIndexes(const CSysCodeData& parent, HTREEITEM row)
     }
 }
 
-bool SysCodeDlg::StoreInOneTransaction(const std::function<bool()>& writes)
+bool SysCodeDlg::StoreInOneTransaction(
+    const std::function<bool()>& writes, const std::function<bool()>& quietWhen)
 {
     const auto qdItems = m_mapQdInfo;
     const auto deItems = m_mapDeInfo;
@@ -139,23 +141,104 @@ bool SysCodeDlg::StoreInOneTransaction(const std::function<bool()>& writes)
     m_mapDeInfo = deItems;
     m_renames = renames;
     m_nMaxIndex = maxIndex;
-    ShowStoreFailure();
+    if (!quietWhen || !quietWhen())
+        ShowStoreFailure();
     return false;
 }
 
-bool SysCodeDlg::WriteSpecCodes(const QString& spec, CSysCodeData& root)
+void SysCodeDlg::KeepStoredCodes(const CSysCodeData& root, quint64 stamp)
 {
-    if (!ApplyRenames())
-        return false;
+    if (!m_pStoredCodes)
+        m_pStoredCodes = std::make_unique<CSysCodeData>();
+    *m_pStoredCodes = root;
+    m_nStoredStamp = stamp;
+}
+
+namespace {
+// Indexes the dialog gave codes it made are only its own: the store numbers them,
+// so two people adding codes at once never get one index.
+void ForgetUnstoredIndexes(CSysCodeData& node, int storedHighWater)
+{
+    for (CSysCodeData* child : node.GetChildren()) {
+        if (child->GetNodeIndex() > storedHighWater)
+            child->SetNodeIndex(0);
+        ForgetUnstoredIndexes(*child, storedHighWater);
+    }
+}
+
+void ShowMergedNotice(const QStringList& fromTheirs)
+{
+    if (fromTheirs.isEmpty())
+        return;
+    constexpr qsizetype kShown = 20;
+    QStringList lines = fromTheirs.mid(0, kShown);
+    if (fromTheirs.size() > kShown)
+        lines << QStringLiteral("……共 %1 处").arg(fromTheirs.size());
+    ShowBox(QStringLiteral("本专业的系统编号在打开后已被他人修改，已与本次修改合并，其中来自他人的修改：\n")
+            + lines.join(QLatin1Char('\n')) + g_strNotice,
+        kMbNotice);
+}
+} // namespace
+
+bool SysCodeDlg::StoreGridCodes(
+    const QString& spec, const QString& scale, CSysCodeData& root, bool withRenames)
+{
+    root.DeleteData();
     BuildChildRecords(root, m_tree.GetRootItem());
-    return CISysCode::SetSpecCodeInfos(root, spec);
+    const CSysCodeData none;
+    const CSysCodeData* base = m_pStoredCodes ? m_pStoredCodes.get() : &none;
+    ForgetUnstoredIndexes(root, base->GetNodeIndex());
+    quint64 baseStamp = m_nStoredStamp;
+    std::unique_ptr<CSysCodeData> mergedFrom; // the store as the last merge met it
+    QStringList fromTheirs;
+    std::vector<std::pair<QString, QString>> mergeRenames;
+    // Someone may store the specialty again while the user settles a merge: each
+    // round checks afresh.
+    constexpr int kRounds = 5;
+    for (int round = 0; round < kRounds; ++round) {
+        quint64 stamp = baseStamp;
+        auto theirs = std::make_unique<CSysCodeData>();
+        quint64 theirsStamp = 0;
+        CISysCode::SaveResult result = CISysCode::SaveResult::Failed;
+        const bool stored = StoreInOneTransaction(
+            [&] {
+                if (!scale.isNull() && !CISysCode::SetLineTypeScale(scale))
+                    return false;
+                if (mergedFrom ? !ApplyMergeRenames(spec, mergeRenames) : withRenames && !ApplyRenames())
+                    return false;
+                result = CISysCode::SetSpecCodeInfos(root, spec, stamp);
+                if (result == CISysCode::SaveResult::ChangedSinceRead)
+                    CISysCode::GetSpecCodeInfos(*theirs, spec, theirsStamp);
+                return result == CISysCode::SaveResult::Saved;
+            },
+            [&] { return result == CISysCode::SaveResult::ChangedSinceRead; });
+        if (stored) {
+            KeepStoredCodes(root, stamp);
+            if (mergedFrom) {
+                m_renames.clear();
+                FillRowsFromRoot(root);
+                ShowMergedNotice(fromTheirs);
+            }
+            return true;
+        }
+        if (result != CISysCode::SaveResult::ChangedSinceRead)
+            return false;
+        if (!MergeWithStore(*base, *theirs, root, fromTheirs, mergeRenames))
+            return false;
+        mergedFrom = std::move(theirs);
+        base = mergedFrom.get();
+        baseStamp = theirsStamp;
+    }
+    ShowBox(
+        QStringLiteral("系统编号未能保存：本专业的系统编号正被他人连续修改，修改仍保留在对话框中，请稍后再试")
+            + g_strExclaim,
+        kMbWarning);
+    return false;
 }
 
 bool SysCodeDlg::SaveSpecCodes(const QString& spec, const QString& scale, CSysCodeData& root)
 {
-    const bool stored = StoreInOneTransaction(
-        [&] { return (scale.isNull() || CISysCode::SetLineTypeScale(scale)) && WriteSpecCodes(spec, root); });
-    if (!stored)
+    if (!StoreGridCodes(spec, scale, root, true))
         return false;
     StoreRowIndexes(root, m_tree.GetRootItem());
     SetSavedFlags();

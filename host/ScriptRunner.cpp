@@ -20,6 +20,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QThread>
 #include <QTimer>
@@ -187,6 +188,8 @@ bool ScriptRunner::Execute(const QString& keyword, const QString& rest, QString&
         Report(QStringLiteral("store updated"));
         return true;
     }
+    if (keyword == QLatin1String("run"))
+        return RunProgram(rest, error);
     if (keyword == QLatin1String("zoom")) {
         if (rest == QLatin1String("extents")) {
             m_window.View()->ZoomExtents();
@@ -298,6 +301,37 @@ bool ScriptRunner::ExpectCommands(const QString& rest, QString& error)
     error = QStringLiteral("expected the commands \"%1\" sent to the document, found \"%2\"")
                 .arg(wanted, found);
     return found.compare(wanted, Qt::CaseInsensitive) == 0;
+}
+
+bool ScriptRunner::RunProgram(const QString& rest, QString& error)
+{
+    QStringList words = QProcess::splitCommand(rest);
+    if (words.isEmpty()) {
+        error = QStringLiteral("run PROGRAM ARG…");
+        return false;
+    }
+    QString program = words.takeFirst();
+    const QString beside = QCoreApplication::applicationDirPath() + u'/' + program;
+    if (!program.contains(u'/') && QFileInfo(beside).isExecutable())
+        program = beside;
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, words);
+    constexpr int kWaitMs = 60000;
+    if (!process.waitForStarted(kWaitMs) || !process.waitForFinished(kWaitMs)) {
+        process.kill();
+        process.waitForFinished();
+        error = QStringLiteral("%1 did not run to its end: %2").arg(program, process.errorString());
+        return false;
+    }
+    const QString output = QString::fromUtf8(process.readAll()).trimmed();
+    if (!output.isEmpty())
+        Report(output);
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+        error = QStringLiteral("%1 ended with %2").arg(program).arg(process.exitCode());
+        return false;
+    }
+    return true;
 }
 
 bool ScriptRunner::Select(const QString& rest, QString& error)

@@ -79,6 +79,9 @@ private:
     bool ExecuteCheck(const QString& keyword, const QString& rest, QString& error);
     bool ExpectCommands(const QString& rest, QString& error);
     bool Select(const QString& rest, QString& error);
+    // "run PROGRAM ARG…": another program on the same project, such as a colleague's
+    // qvproj, waited for; a program beside qvhost is found by its name.
+    bool RunProgram(const QString& rest, QString& error);
     bool Dialog(const QString& rest, QString& error);
     bool Screenshot(QWidget* widget, const QString& file, QString& error);
     bool BarDoubleClick(const QString& code, QString& error);

@@ -66,6 +66,14 @@ constexpr int IDC_BATCH_EDIT_REMARK = 3007;
 constexpr int IDC_PREVIEW_SUMMARY = 3101;
 constexpr int IDC_PREVIEW_LIST = 3102;
 
+// "合并": the codes changed both here and by someone else since the dialog read them.
+constexpr int IDC_MERGE_SUMMARY = 3151;
+constexpr int IDC_MERGE_LIST = 3152;
+constexpr int IDC_MERGE_THEIRS = 3153;
+constexpr int IDC_MERGE_MINE = 3154;
+constexpr int IDC_MERGE_ALL_THEIRS = 3155;
+constexpr int IDC_MERGE_ALL_MINE = 3156;
+
 // Code usage "使用情况": how many product entities of each floor use each code.
 constexpr int IDC_USAGE_LIST = 3201;
 constexpr int IDC_USAGE_SCAN_ALL = 3202;

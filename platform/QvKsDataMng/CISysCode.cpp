@@ -28,6 +28,12 @@ bool RequireSpec(const QString& spec, ProjectStore*& store, int& specId, int& ma
 
 bool CISysCode::GetSpecCodeInfos(CSysCodeData& root, const QString& spec)
 {
+    quint64 stamp = 0;
+    return GetSpecCodeInfos(root, spec, stamp);
+}
+
+bool CISysCode::GetSpecCodeInfos(CSysCodeData& root, const QString& spec, quint64& stamp)
+{
     root.DeleteData();
     ProjectStore* store = nullptr;
     int specId = 0;
@@ -35,7 +41,7 @@ bool CISysCode::GetSpecCodeInfos(CSysCodeData& root, const QString& spec)
     if (!RequireSpec(spec, store, specId, maxIndex))
         return false;
     QString error;
-    if (!CodeTreeStore::Load(store->Db(), specId, root, &error)) {
+    if (!CodeTreeStore::Load(store->Db(), specId, root, &error, &stamp)) {
         ProjectStore::Fail(error);
         return false;
     }
@@ -43,23 +49,41 @@ bool CISysCode::GetSpecCodeInfos(CSysCodeData& root, const QString& spec)
     return true;
 }
 
-bool CISysCode::SetSpecCodeInfos(CSysCodeData& root, const QString& spec)
+namespace {
+CISysCode::SaveResult saveTree(CSysCodeData& root, const QString& spec, quint64* stamp)
 {
     ProjectStore* store = nullptr;
     int specId = 0;
     int maxIndex = 0;
     if (!RequireSpec(spec, store, specId, maxIndex))
-        return false;
+        return CISysCode::SaveResult::Failed;
     if (const QString problem = SysCodeNameRule::TreeProblem(root); !problem.isEmpty()) {
         ProjectStore::Fail(QStringLiteral("the codes of %1 are not stored: %2").arg(spec, problem));
-        return false;
+        return CISysCode::SaveResult::Failed;
     }
     QString error;
-    if (!CodeTreeStore::Save(store->Db(), specId, root, &error)) {
-        ProjectStore::Fail(error);
-        return false;
+    switch (CodeTreeStore::Save(store->Db(), specId, root, &error, stamp, stamp)) {
+    case CodeTreeStore::SaveResult::Saved:
+        return CISysCode::SaveResult::Saved;
+    case CodeTreeStore::SaveResult::ChangedSinceRead:
+        ProjectStore::Fail(QStringLiteral("the codes of %1 were changed since they were read").arg(spec));
+        return CISysCode::SaveResult::ChangedSinceRead;
+    case CodeTreeStore::SaveResult::Failed:
+        break;
     }
-    return true;
+    ProjectStore::Fail(error);
+    return CISysCode::SaveResult::Failed;
+}
+} // namespace
+
+bool CISysCode::SetSpecCodeInfos(CSysCodeData& root, const QString& spec)
+{
+    return saveTree(root, spec, nullptr) == SaveResult::Saved;
+}
+
+CISysCode::SaveResult CISysCode::SetSpecCodeInfos(CSysCodeData& root, const QString& spec, quint64& stamp)
+{
+    return saveTree(root, spec, &stamp);
 }
 
 QStringList CISysCode::GetAllSpecNames()

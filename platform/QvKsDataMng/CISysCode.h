@@ -5,6 +5,7 @@
 // (QvKsDataMng::LastError() says why).
 #include <QString>
 #include <QStringList>
+#include <QtGlobal>
 
 class CSysCodeData;
 
@@ -15,6 +16,9 @@ public:
     // stored sibling order. The root's own NodeIndex is the specialty's high-water
     // mark: the highest index ever given out there. False for an unknown specialty.
     static bool GetSpecCodeInfos(CSysCodeData& root, const QString& spec);
+    // The same, with the stamp of what was read: a writer that hands it back to
+    // SetSpecCodeInfos never overwrites a change made since by anyone.
+    static bool GetSpecCodeInfos(CSysCodeData& root, const QString& spec, quint64& stamp);
 
     // Replaces the specialty's tree with `root`'s in one transaction; on any failure
     // the previous tree stays whole. Codes keep the NodeIndex they carry; codes
@@ -22,6 +26,18 @@ public:
     // after the specialty's high-water mark, written into `root` after the commit.
     // Sibling names must be unique.
     static bool SetSpecCodeInfos(CSysCodeData& root, const QString& spec);
+
+    enum class SaveResult
+    {
+        Failed,
+        Saved,
+        ChangedSinceRead,
+    };
+    // The same, only when the stored specialty still is what was read with `stamp`
+    // (checked inside the write transaction); otherwise nothing is written and the
+    // result is ChangedSinceRead. After a save `stamp` is the stamp of the rows
+    // stored, ready for the next save.
+    static SaveResult SetSpecCodeInfos(CSysCodeData& root, const QString& spec, quint64& stamp);
 
     // The specialties of the project, in their order.
     static QStringList GetAllSpecNames();

@@ -23,9 +23,12 @@ bool sqlFail(sqlite3* db, QString* error, const QString& what)
     return false;
 }
 
-CSysCodeData* nodeFromRow(const SqlStatement& row)
+const char* const kSelectRows
+    = "SELECT node_index, parent_index, name, color, line_width, alpha, line_style, line_string, "
+      "hor_laying, ver_laying, added_msg, describe, ord FROM sys_code WHERE spec_id = ?";
+
+void fillFromRow(CSysCodeData* node, const SqlStatement& row)
 {
-    auto* node = new CSysCodeData;
     node->SetNodeIndex(row.Int(0));
     node->SetNodeName(row.Text(2));
     node->SetMfcColor(COLORREF(row.Int64(3)));
@@ -37,7 +40,27 @@ CSysCodeData* nodeFromRow(const SqlStatement& row)
     node->SetVerLayingMode(row.Text(9));
     node->SetAddedMsg(row.Text(10));
     node->SetDescribe(row.Text(11));
+}
+
+CSysCodeData* nodeFromRow(const SqlStatement& row)
+{
+    auto* node = new CSysCodeData;
+    fillFromRow(node, row);
     return node;
+}
+
+// One stored row's part of the stamp: every column, as the row is read back.
+quint64 rowStamp(const CSysCodeData& node, int index, int parent, int ord)
+{
+    return qHashMulti(0, index, parent, ord, node.GetNodeName(), quint32(node.GetMfcColor()),
+        node.GetLineWidth(), node.GetAlpha(), node.GetLineStyle(), node.GetLineString(),
+        node.GetHorLayingMode(), node.GetVerLayingMode(), node.GetAddedMsg(), node.GetDescribe());
+}
+
+// Row stamps are added up, so the stamp does not depend on the order rows are met.
+quint64 foldStamp(quint64 sum, std::size_t rows)
+{
+    return sum ^ (quint64(rows) * 0x9E3779B97F4A7C15ull);
 }
 
 // Pre-order list of the codes under `root` with the index each is stored under.
@@ -81,15 +104,31 @@ bool FindSpec(sqlite3* db, const QString& spec, int& specId, int& maxIndex)
     return true;
 }
 
-bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error)
+bool Stamp(sqlite3* db, int specId, quint64& stamp, QString* error)
+{
+    SqlStatement stmt(db, kSelectRows);
+    stmt.Bind(1, specId);
+    CSysCodeData row;
+    quint64 sum = 0;
+    std::size_t rows = 0;
+    while (stmt.Next()) {
+        fillFromRow(&row, stmt);
+        sum += rowStamp(row, row.GetNodeIndex(), stmt.Int(1), stmt.Int(12));
+        ++rows;
+    }
+    if (!stmt.Done())
+        return sqlFail(db, error, QStringLiteral("the system codes cannot be read"));
+    stamp = foldStamp(sum, rows);
+    return true;
+}
+
+bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error, quint64* stamp)
 {
     root.DeleteData();
     // A scan in primary-key order reads the rows straight from the table; sorting
     // each parent's children by their stored order afterwards is cheaper than
     // asking the query for that order through the secondary index.
-    SqlStatement stmt(db,
-        "SELECT node_index, parent_index, name, color, line_width, alpha, line_style, line_string, "
-        "hor_laying, ver_laying, added_msg, describe, ord FROM sys_code WHERE spec_id = ?");
+    SqlStatement stmt(db, kSelectRows);
     stmt.Bind(1, specId);
     struct Row
     {
@@ -98,8 +137,13 @@ bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error)
         CSysCodeData* node;
     };
     std::vector<Row> rows;
-    while (stmt.Next())
+    quint64 sum = 0;
+    while (stmt.Next()) {
         rows.push_back({ stmt.Int(1), stmt.Int(12), nodeFromRow(stmt) });
+        if (stamp)
+            sum += rowStamp(
+                *rows.back().node, rows.back().node->GetNodeIndex(), rows.back().parent, rows.back().ord);
+    }
     std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) {
         return a.parent != b.parent ? a.parent < b.parent : a.ord < b.ord;
     });
@@ -139,32 +183,47 @@ bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error)
                          .arg(count - attached);
         return false;
     }
+    if (stamp)
+        *stamp = foldStamp(sum, count);
     return true;
 }
 
-bool Save(sqlite3* db, int specId, CSysCodeData& root, QString* error)
+SaveResult Save(
+    sqlite3* db, int specId, CSysCodeData& root, QString* error, const quint64* expected, quint64* written)
 {
+    const auto failed = [&](const QString& what) {
+        sqlFail(db, error, what);
+        return SaveResult::Failed;
+    };
     SqlTransaction tx(db);
     if (!tx.IsActive())
-        return sqlFail(db, error, QStringLiteral("the system codes cannot be saved"));
+        return failed(QStringLiteral("the system codes cannot be saved"));
+    if (expected) {
+        quint64 now = 0;
+        if (!Stamp(db, specId, now, error))
+            return SaveResult::Failed;
+        if (now != *expected)
+            return SaveResult::ChangedSinceRead;
+    }
     int highWater = 0;
     {
         SqlStatement mark(db, "SELECT max_index FROM spec WHERE spec_id = ?");
         mark.Bind(1, specId);
         if (!mark.Next())
-            return sqlFail(db, error, QStringLiteral("the specialty is gone from the store"));
+            return failed(QStringLiteral("the specialty is gone from the store"));
         highWater = mark.Int(0);
     }
     const auto order = numberTree(root, highWater);
     SqlStatement clear(db, "DELETE FROM sys_code WHERE spec_id = ?");
     clear.Bind(1, specId);
     if (!clear.Exec())
-        return sqlFail(db, error, QStringLiteral("the old system codes cannot be replaced"));
+        return failed(QStringLiteral("the old system codes cannot be replaced"));
 
     QHash<const CSysCodeData*, int> indexOf;
     indexOf.reserve(qsizetype(order.size()) + 1);
     indexOf.insert(&root, 0);
     QHash<const CSysCodeData*, int> ordOf;
+    quint64 sum = 0;
     SqlStatement insert(db,
         "INSERT INTO sys_code(spec_id, node_index, parent_index, ord, name, color, line_width, "
         "alpha, line_style, line_string, hor_laying, ver_laying, added_msg, describe) "
@@ -172,7 +231,10 @@ bool Save(sqlite3* db, int specId, CSysCodeData& root, QString* error)
     for (const auto& [node, index] : order) {
         indexOf.insert(node, index);
         const CSysCodeData* parent = node->GetParent();
-        insert.Bind(1, specId).Bind(2, index).Bind(3, indexOf.value(parent)).Bind(4, ordOf[parent]++);
+        const int parentIndex = indexOf.value(parent);
+        const int ord = ordOf[parent]++;
+        sum += rowStamp(*node, index, parentIndex, ord);
+        insert.Bind(1, specId).Bind(2, index).Bind(3, parentIndex).Bind(4, ord);
         insert.Bind(5, node->GetNodeName())
             .Bind(6, qint64(node->GetMfcColor()))
             .Bind(7, node->GetLineWidth());
@@ -180,19 +242,20 @@ bool Save(sqlite3* db, int specId, CSysCodeData& root, QString* error)
         insert.Bind(11, node->GetHorLayingMode()).Bind(12, node->GetVerLayingMode());
         insert.Bind(13, node->GetAddedMsg()).Bind(14, node->GetDescribe());
         if (!insert.Exec())
-            return sqlFail(
-                db, error, QStringLiteral("the system code \"%1\" cannot be saved").arg(node->GetFullName()));
+            return failed(QStringLiteral("the system code \"%1\" cannot be saved").arg(node->GetFullName()));
     }
     SqlStatement mark(db, "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
     mark.Bind(1, highWater).Bind(2, specId);
     if (!mark.Exec() || !tx.Commit())
-        return sqlFail(db, error, QStringLiteral("the system codes cannot be saved"));
+        return failed(QStringLiteral("the system codes cannot be saved"));
     for (const auto& [node, index] : order) {
         if (node->GetNodeIndex() != index)
             const_cast<CSysCodeData*>(node)->SetNodeIndex(index);
     }
     root.SetNodeIndex(highWater);
-    return true;
+    if (written)
+        *written = foldStamp(sum, order.size());
+    return SaveResult::Saved;
 }
 
 } // namespace CodeTreeStore

@@ -2,6 +2,7 @@
 
 // Reads and writes one specialty's code tree in the store's sys_code table.
 #include <QString>
+#include <QtGlobal>
 
 class CSysCodeData;
 struct sqlite3;
@@ -12,10 +13,28 @@ namespace CodeTreeStore {
 bool FindSpec(sqlite3* db, const QString& spec, int& specId, int& maxIndex);
 
 // Fills `root` (cleared first). False, with `error` set, for a damaged tree
-// (orphans, cycles); `root` is then left empty.
-bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error);
+// (orphans, cycles); `root` is then left empty. `stamp`, when given, receives the
+// stamp of the rows read.
+bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error, quint64* stamp = nullptr);
 
-// Replaces the tree in one transaction (see CISysCode::SetSpecCodeInfos).
-bool Save(sqlite3* db, int specId, CSysCodeData& root, QString* error);
+// The stamp of the specialty's stored rows: a fingerprint of every row with all its
+// columns, whoever wrote them. Two reads give the same stamp exactly when the
+// specialty's codes are the same, so a writer learns whether anyone changed them
+// since it read them.
+bool Stamp(sqlite3* db, int specId, quint64& stamp, QString* error);
+
+enum class SaveResult
+{
+    Failed,
+    Saved,
+    ChangedSinceRead, // nothing written: the stored rows are not those stamped
+};
+
+// Replaces the tree in one transaction (see CISysCode::SetSpecCodeInfos). With
+// `expected`, the rows are first checked, inside that transaction, against the
+// stamp the writer read them with. `written`, when given, receives the stamp of
+// the rows stored.
+SaveResult Save(sqlite3* db, int specId, CSysCodeData& root, QString* error, const quint64* expected = nullptr,
+    quint64* written = nullptr);
 
 } // namespace CodeTreeStore

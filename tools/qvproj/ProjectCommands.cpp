@@ -226,11 +226,23 @@ int Import(
     CSysCodeData imported;
     if (!imported.ImportData(file))
         return fail(err, QvKsDataMng::LastError());
+    // The specialty is read again inside the write, so that a save made since it
+    // was opened (a drafter's OK) is merged into, never overwritten.
+    if (!QvKsDataMng::BeginWrites())
+        return fail(err, QvKsDataMng::LastError());
+    if (!CISysCode::GetSpecCodeInfos(root, spec)) {
+        const QString why = QvKsDataMng::LastError();
+        QvKsDataMng::RollbackWrites();
+        return fail(err, why);
+    }
     const int before = countCodes(root);
     int counter = root.GetNodeIndex();
     MergeSysCodeTree(counter, &root, &imported, true);
-    if (!CISysCode::SetSpecCodeInfos(root, spec))
-        return fail(err, QvKsDataMng::LastError());
+    if (!CISysCode::SetSpecCodeInfos(root, spec) || !QvKsDataMng::CommitWrites()) {
+        const QString why = QvKsDataMng::LastError();
+        QvKsDataMng::RollbackWrites();
+        return fail(err, why);
+    }
     out << countCodes(imported) << " codes read from " << file << "; " << countCodes(root) - before
         << " added to " << spec << ", the others updated\n";
     QvKsDataMng::CloseProject();
