@@ -63,32 +63,31 @@ TEST_F(MergeScript, OneAttributeChangedTwoWaysIsSettledInTheMergeDialog)
 
 TEST_F(MergeScript, CancellingTheMergeWritesNothingAndKeepsEditing)
 {
-    EXPECT_EQ(Run(QStringLiteral(
-                  "command bhgl\n"
-                  "edit 公共插座 备注\n"
-                  "type 甲的备注\n"
-                  "click-outside\n"
-                  "edit 区域照明 名称\n"
-                  "type 区域照明甲\n"
-                  "click-outside\n"
-                  "sql UPDATE sys_code SET describe = '乙的备注' WHERE spec_id = 3 AND name = '公共插座'\n"
-                  "ok\n"
-                  "expect-title 合并\n"
-                  "cancel\n"
-                  "expect-title 系统编号管理\n"
-                  "expect-cell 公共插座 备注 甲的备注\n"
-                  "expect-cell 区域照明甲 名称 区域照明甲\n")),
-        "");
-    // Still what the other side stored: the rename here waits for the merge.
-    const CSysCodeData root = StoredElectrical();
-    EXPECT_EQ(Stored(root, QStringLiteral("公共插座"))->GetDescribe(), QStringLiteral("乙的备注"));
-    EXPECT_NE(root.FindByFullName(QStringLiteral("区域照明")), nullptr);
-    // Asked again on the next OK, and settled for mine this time.
-    EXPECT_EQ(Run(QStringLiteral("ok\n"
+    // qvproj print, run while the dialog stays open, shows what the store holds.
+    EXPECT_EQ(Run(QStringLiteral("command bhgl\n"
+                                 "edit 公共插座 备注\n"
+                                 "type 甲的备注\n"
+                                 "click-outside\n"
+                                 "edit 区域照明 0\n"
+                                 "type 区域照明甲\n"
+                                 "click-outside\n"
+                                 "sql UPDATE sys_code SET describe = '乙的备注' WHERE spec_id = 3 AND name = '公共插座'\n"
+                                 "ok\n"
+                                 "expect-title 合并\n"
+                                 "cancel\n"
+                                 "expect-title 系统编号管理\n"
+                                 "expect-cell 公共插座 备注 甲的备注\n"
+                                 "expect-cell 区域照明甲 0 区域照明甲\n"
+                                 "run qvproj print \"%1\" 电气\n"
+                                 "expect remark=\"乙的备注\"\n"
+                                 "expect-not 区域照明甲\n"
+                                 // Asked again on the next OK, and settled for mine this time.
+                                 "ok\n"
                                  "expect-title 合并\n"
                                  "click 3156\n"
                                  "ok\n"
-                                 "expect-title ")),
+                                 "expect-title ")
+                      .arg(project.Path())),
         "");
     const CSysCodeData after = StoredElectrical();
     EXPECT_EQ(Stored(after, QStringLiteral("公共插座"))->GetDescribe(), QStringLiteral("甲的备注"));
@@ -140,7 +139,7 @@ TEST_F(MergeScript, TwoNewCodesOfOneNameBecomeOneUnderTheStoresIndex)
                   "command bhgl\n"
                   "row 弱电通信\n"
                   "key Ins\n"
-                  "edit 弱电通信1 名称\n"
+                  "edit 弱电通信1 0\n"
                   "type 广播\n"
                   "click-outside\n"
                   "edit 广播 备注\n"
@@ -170,7 +169,7 @@ TEST_F(MergeScript, RenamesOfBothSidesLandOnTheCodesThatSurvive)
     EXPECT_EQ(
         Run(QStringLiteral(
             "command bhgl\n"
-            "edit 公共照明&WL2 名称\n"
+            "edit 公共照明&WL2 0\n"
             "type WL2A\n"
             "click-outside\n"
             "row 弱电通信\n"
