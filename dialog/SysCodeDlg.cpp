@@ -36,8 +36,8 @@ SysCodeDlg::~SysCodeDlg()
 
 int SysCodeDlg::DoModal()
 {
-    if (!m_bInitialised)
-        OnInitDialog();
+    if (!m_bInitialised && !OnInitDialog())
+        return IDCANCEL;
     return exec() == QDialog::Accepted ? IDOK : IDCANCEL;
 }
 

@@ -30,6 +30,7 @@
 
 class QAbstractButton;
 class QCheckBox;
+class QvKsWriteStatus;
 struct CodeUsageRow;
 class QLabel;
 class QLineEdit;
@@ -47,14 +48,21 @@ public:
     explicit SysCodeDlg(QWidget* parent = nullptr);
     ~SysCodeDlg() override;
 
-    // Runs the dialog modally: IDOK or IDCANCEL.
+    // Runs the dialog modally: IDOK or IDCANCEL (also when it could not open).
     int DoModal();
-    // Builds the controls' content; DoModal runs it before the dialog shows.
+    // Builds the controls' content; DoModal runs it before the dialog shows. False
+    // when the store cannot give the specialty's codes (the user was told).
     bool OnInitDialog();
 
     // Clears the grid and fills it with the specialty's codes, in the column layout
-    // of that specialty.
-    void FillSysCodeTree(const QString& spec);
+    // of that specialty. When the store cannot give them, the user is told and the
+    // grid stays as it was: false.
+    bool FillSysCodeTree(const QString& spec);
+    // `stamp`: the store's stamp of `root` as it was read.
+    void FillSysCodeTree(const QString& spec, const CSysCodeData& root, quint64 stamp);
+    // The specialty's codes from the store, with their stamp; a failure is shown to
+    // the user.
+    bool LoadSpecCodes(const QString& spec, CSysCodeData& root, quint64& stamp) const;
     // Run after a save: the grid reloaded from the store, the attribute bar and the
     // display-control window told to reload their codes.
     void RefreshAfterSave(const QString& spec);
@@ -248,7 +256,12 @@ protected:
         const std::function<bool()>& writes, const std::function<bool()>& quietWhen = nullptr);
     bool ApplyRenames();
     void StoreRowIndexes(const CSysCodeData& parent, HTREEITEM row);
+    // Stores the setting; a failure has been shown to the user.
     bool SaveDispAddedMsg();
+    // The line-type file for the stored codes; a failure has been shown.
+    bool WriteLineTypeFile() const;
+    // The warning for a file that was not written, in place of a success notice.
+    void ShowWriteFailure(const QvKsWriteStatus& status) const;
     // `saved`: the tree this dialog just stored for m_strSpec, refilled without
     // reading it back; null to read the store.
     bool RefreshColors(bool bRedrawFirst, const CSysCodeData* saved);

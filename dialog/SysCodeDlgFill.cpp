@@ -6,13 +6,16 @@
 #include "CProj.h"
 #include "CtrlId.h"
 #include "IQvKsAppProfile.h"
+#include "ModuleStrings.h"
 #include "PipelineItems.h"
+#include "QvKsDataMng.h"
 #include "QvKsProfile.h"
 #include "Resource.h"
 #include "Specialty.h"
 #include "SysCodeColumns.h"
 #include "SysCodeIcon.h"
 #include "SysCodeOrder.h"
+#include "WinMessageBox.h"
 #include "ZcDbHostApplicationServices.h"
 
 #include <QCheckBox>
@@ -37,7 +40,9 @@ bool SysCodeDlg::OnInitDialog()
         m_strSpec = CProj().GetCurrentSpec();
     if (m_strSpec.isEmpty() && m_specList.count() > 0)
         m_strSpec = m_specList.item(0)->text();
-    FillSysCodeTree(m_strSpec);
+    // A store that cannot give the codes is said so, and the dialog does not open.
+    if (!FillSysCodeTree(m_strSpec))
+        return false;
     UpdateData(true);
     SelectInitialCode();
 
@@ -113,7 +118,30 @@ void SysCodeDlg::SetGridStyles()
     m_tree.SetBkColor(kSysCodeGridBkColor);
 }
 
-void SysCodeDlg::FillSysCodeTree(const QString& spec)
+bool SysCodeDlg::LoadSpecCodes(const QString& spec, CSysCodeData& root, quint64& stamp) const
+{
+    if (CISysCode::GetSpecCodeInfos(root, spec, stamp))
+        return true;
+    // An empty grid would pass for a specialty without codes, and a save would then
+    // store that over the codes the store could not give.
+    MessageBoxExW(GetActiveWindow(),
+        QStringLiteral("无法从项目数据中读取%1的系统编号：\n%2").arg(spec, QvKsDataMng::LastError())
+            + g_strExclaim,
+        g_strCaption, kMbWarning);
+    return false;
+}
+
+bool SysCodeDlg::FillSysCodeTree(const QString& spec)
+{
+    CSysCodeData root;
+    quint64 stamp = 0;
+    if (!LoadSpecCodes(spec, root, stamp))
+        return false;
+    FillSysCodeTree(spec, root, stamp);
+    return true;
+}
+
+void SysCodeDlg::FillSysCodeTree(const QString& spec, const CSysCodeData& root, quint64 stamp)
 {
     // Another specialty's rows are not what was being looked for.
     if (m_findEdit && m_findEdit->isVisible())
@@ -122,17 +150,14 @@ void SysCodeDlg::FillSysCodeTree(const QString& spec)
     m_tree.SetRedraw(false);
     m_tree.DeleteColumn(0); // every row, then every column
     InsertColumns(withPipeColumns);
-    auto root = std::make_unique<CSysCodeData>();
-    quint64 stamp = 0;
-    if (CISysCode::GetSpecCodeInfos(*root, spec, stamp) && root->GetChildCount() > 0) {
-        InsertNodeRows(*root, TVI_ROOT, withPipeColumns);
+    if (root.GetChildCount() > 0) {
+        InsertNodeRows(root, TVI_ROOT, withPipeColumns);
         m_tree.Expand(m_tree.GetRootItem(), TVE_EXPAND);
         UpdateData(false);
     }
     // Codes made here are numbered past every index the store ever gave out.
-    m_nMaxIndex = std::max(m_nMaxIndex, root->GetNodeIndex());
-    m_pStoredCodes = std::move(root);
-    m_nStoredStamp = stamp;
+    m_nMaxIndex = std::max(m_nMaxIndex, root.GetNodeIndex());
+    KeepStoredCodes(root, stamp);
     m_tree.SetRedraw(true);
     m_tree.ClearUndo();
 }

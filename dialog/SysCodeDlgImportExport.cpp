@@ -6,9 +6,12 @@
 #include "CImportPreviewDlg.h"
 #include "CProj.h"
 #include "CQvKsVersion.h"
+#include "ExchangeFileName.h"
 #include "IQvKsAppProfile.h"
 #include "ModuleStrings.h"
 #include "QvKsAciPalette.h"
+#include "QvKsAtomicFile.h"
+#include "QvKsDataMng.h"
 #include "QvKsProfile.h"
 #include "QvKsXmlVertion.h"
 #include "SysCodeCsv.h"
@@ -21,7 +24,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace {
 // The dialogs offer system-code files; a name typed with ".csv" writes or reads a
@@ -41,6 +43,16 @@ QString ExchangeFolder()
 void ShowNotice(const QString& text)
 {
     MessageBoxExW(GetActiveWindow(), text + g_strNotice, g_strCaption, kMbNotice);
+}
+
+// Why the data service did not write `path`: the write's own status when it got
+// as far as writing, else what the service said.
+QvKsWriteStatus DataServiceWriteFailure(const QString& path)
+{
+    const QvKsWriteStatus status = QvKsAtomicFile::LastStatus();
+    if (!status && status.GetPath() == path)
+        return status;
+    return QvKsWriteStatus::Failure(QvKsWriteStatus::Kind::Failed, path, QvKsDataMng::LastError());
 }
 } // namespace
 
@@ -62,19 +74,24 @@ void SysCodeDlg::OnExport()
     CSysCodeData root;
     if (!PreSaveForExchange(root))
         return;
-    const QString name = CProj().GetPrjName() + QLatin1Char('-') + m_strSpec;
+    // The names come from the shared project: cleaned, they cannot lead the file
+    // out of the exchange folder.
+    const QString name = DefaultExchangeFileName(CProj().GetPrjName(), m_strSpec);
     CFileDialog dialog(FALSE, kScnExt, name, kScnDialogFlags, kScnFilter, this);
     dialog.m_strTitle = QStringLiteral("系统编号导出");
     dialog.m_strInitialDir = ExchangeFolder();
     if (dialog.DoModal() != IDOK)
         return;
     const QString path = dialog.GetPathName();
+    // A file that was not written whole is reported in place of the notice; the file
+    // that was there is kept as it was.
     if (IsSpreadsheet(path)) {
         if (!WriteSpreadsheet(root, path))
             return;
-    } else {
-        root.ExportData(path, QString());
-        QvKsXmlVertion::SetXmlVersion(CQvKsVersion::Current().ToString(), path);
+    } else if (!root.ExportData(path, QString())
+        || !QvKsXmlVertion::SetXmlVersion(CQvKsVersion::Current().ToString(), path)) {
+        ShowWriteFailure(DataServiceWriteFailure(path));
+        return;
     }
     ShowNotice(QStringLiteral("导出完成"));
 }
@@ -127,8 +144,12 @@ bool SysCodeDlg::ReadSysCodeFile(const QString& filePath, CSysCodeData& imported
                 g_strCaption, kMbWarning);
             return false;
         }
-        if (fileVersion < current)
-            CISysCode::UpdataSysData(filePath);
+        // The file is brought up to date in place; when that cannot be written, the
+        // user's file stays as it was and nothing is imported.
+        if (fileVersion < current && !CISysCode::UpdataSysData(filePath)) {
+            ShowWriteFailure(DataServiceWriteFailure(filePath));
+            return false;
+        }
     }
     imported.ImportData(filePath);
     return true;
@@ -164,20 +185,14 @@ bool SysCodeDlg::IsSpreadsheet(const QString& filePath)
 // ".xlsx" writes a workbook, ".csv" a sheet of text.
 bool SysCodeDlg::WriteSpreadsheet(const CSysCodeData& root, const QString& filePath)
 {
-    QString error;
-    if (QFileInfo(filePath).suffix().compare(QLatin1String("xlsx"), Qt::CaseInsensitive) == 0) {
-        if (WriteSysCodeXlsx(root, m_strSpec, &QvKsAciPalette::IndexOf, filePath, error))
-            return true;
-    } else {
-        QSaveFile file(filePath);
-        if (file.open(QIODevice::WriteOnly)
-            && file.write(WriteSysCodeCsv(root, &QvKsAciPalette::IndexOf)) >= 0 && file.commit())
-            return true;
-        error = QStringLiteral("无法写入文件 %1：%2")
-                    .arg(QDir::toNativeSeparators(filePath), file.errorString());
-    }
-    MessageBoxExW(GetActiveWindow(), error + g_strExclaim, g_strCaption, kMbWarning);
-    return false;
+    const QString project = QvKsDataMng::ProjectFolder();
+    const QvKsWriteStatus status
+        = QFileInfo(filePath).suffix().compare(QLatin1String("xlsx"), Qt::CaseInsensitive) == 0
+        ? WriteSysCodeXlsx(root, m_strSpec, &QvKsAciPalette::IndexOf, filePath, project)
+        : QvKsAtomicFile::Write(filePath, WriteSysCodeCsv(root, &QvKsAciPalette::IndexOf), project);
+    if (!status)
+        ShowWriteFailure(status);
+    return status.IsOk();
 }
 
 // A sheet's rows, compared with the grid's codes so that missing columns keep what

@@ -66,10 +66,8 @@ void SysCodeDlg::OnCollapseLevel()
 
 void SysCodeDlg::RefreshAfterSave(const QString& spec)
 {
-    RefreshAfterSave([&] {
-        m_tree.DeleteAllItems();
-        FillSysCodeTree(spec);
-    });
+    // Rows the store cannot give back stay as they were shown.
+    RefreshAfterSave([&] { FillSysCodeTree(spec); });
 }
 
 void SysCodeDlg::RefreshAfterSave(const std::function<void()>& refill)

@@ -11,6 +11,7 @@
 #include "IQvKsAppProfile.h"
 #include "LineTypeMgr.h"
 #include "ModuleStrings.h"
+#include "QvKsAtomicFile.h"
 #include "QvKsBzPub.h"
 #include "QvKsDataMng.h"
 #include "QvKsProfile.h"
@@ -18,6 +19,7 @@
 #include "SysCodeSaveCheck.h"
 #include "SysCodeSettings.h"
 #include "WinMessageBox.h"
+#include "WriteFailureText.h"
 #include "ZcApDocManager.h"
 
 #include <algorithm>
@@ -245,11 +247,35 @@ bool SysCodeDlg::SaveSpecCodes(const QString& spec, const QString& scale, CSysCo
     return true;
 }
 
+void SysCodeDlg::ShowWriteFailure(const QvKsWriteStatus& status) const
+{
+    ShowBox(WriteFailureText(status) + g_strExclaim, kMbWarning);
+}
+
+// A setting that cannot be stored is reported; the file keeps its old value whole,
+// and closing goes on.
 bool SysCodeDlg::SaveDispAddedMsg()
 {
     UpdateData(true);
-    SaveDispAddedMsgSetting(QvKsProfile::GetAppProfile()->GetPath(), m_nDispAddedMsg);
-    return true;
+    const QvKsWriteStatus status = SaveDispAddedMsgSetting(
+        QvKsProfile::GetAppProfile()->GetPath(), m_nDispAddedMsg, QvKsDataMng::ProjectFolder());
+    if (!status)
+        ShowWriteFailure(status);
+    return status.IsOk();
+}
+
+bool SysCodeDlg::WriteLineTypeFile() const
+{
+    if (LineTypeMgr::Instance()->WriteLineTypeFile())
+        return true;
+    const QString path = LineTypeMgr::FilePath();
+    const QvKsWriteStatus status = QvKsAtomicFile::LastStatus();
+    if (path.isEmpty())
+        return false; // no project: nothing the user could keep
+    ShowWriteFailure(!status && status.GetPath() == path
+            ? status
+            : QvKsWriteStatus::Failure(QvKsWriteStatus::Kind::Failed, path, QvKsDataMng::LastError()));
+    return false;
 }
 
 // Layers and the drawing after a save, when entities are drawn in their code's
@@ -289,7 +315,7 @@ void SysCodeDlg::OnOK()
         return;
     }
     if (m_bLineTypesChanged)
-        LineTypeMgr::Instance()->WriteLineTypeFile();
+        WriteLineTypeFile();
     if (m_nDispAddedMsg != m_nDispAddedMsgAtOpen) {
         SaveDispAddedMsg();
         IFaceBarCtrl::ReFreshSysCodeBar();
@@ -337,7 +363,7 @@ void SysCodeDlg::OnCancel()
         }
     }
     if (m_bLineTypesChanged)
-        LineTypeMgr::Instance()->WriteLineTypeFile();
+        WriteLineTypeFile();
     const bool regenerated = RefreshColors(false, bSaved ? &saved : nullptr);
     m_mapRowInfo.clear();
     if ((m_bLineTypesChanged || scaleChanged) && !regenerated)
@@ -351,6 +377,17 @@ void SysCodeDlg::OnSpecSelChange()
     QListWidgetItem* item = m_specList.currentItem();
     if (!item || item->text() == m_strSpec)
         return;
+    // A specialty the store cannot give is not switched to: the list goes back to
+    // the one being edited, which keeps its rows and edits.
+    CSysCodeData next;
+    quint64 nextStamp = 0;
+    if (!LoadSpecCodes(item->text(), next, nextStamp)) {
+        const QList<QListWidgetItem*> current = m_specList.findItems(m_strSpec, Qt::MatchExactly);
+        const QSignalBlocker blocker(&m_specList);
+        if (!current.isEmpty())
+            m_specList.setCurrentItem(current.first());
+        return;
+    }
     m_strPrevSpec = m_strSpec;
     if (m_bModified) {
         const QString question = QStringLiteral(" %1 设置已发生改变,是否保存修改").arg(m_strPrevSpec);
@@ -372,6 +409,6 @@ void SysCodeDlg::OnSpecSelChange()
     }
     m_bModified = false;
     UpdateData(true);
-    FillSysCodeTree(m_strSpec);
+    FillSysCodeTree(m_strSpec, next, nextStamp);
     UpdateElectricalButtons();
 }

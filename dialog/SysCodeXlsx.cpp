@@ -1,10 +1,9 @@
 #include "SysCodeXlsx.h"
 
+#include "QvKsAtomicFile.h"
 #include "SysCodeCsv.h"
 
-#include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QTemporaryDir>
 
 #include <xlsxwriter.h>
@@ -25,18 +24,20 @@ QString SheetName(QString name)
 }
 } // namespace
 
-bool WriteSysCodeXlsx(const CSysCodeData& root, const QString& sheetName,
-    const std::function<int(COLORREF)>& aciOf, const QString& filePath, QString& error)
+QvKsWriteStatus WriteSysCodeXlsx(const CSysCodeData& root, const QString& sheetName,
+    const std::function<int(COLORREF)>& aciOf, const QString& filePath, const QString& confineTo)
 {
-    // The library writes a file of its own; it is moved over the target only when
+    // Nothing is made where the workbook could not go.
+    if (QvKsWriteStatus target = QvKsAtomicFile::CheckTarget(filePath, confineTo); !target)
+        return target;
+    // The library writes a file of its own; its bytes go over the target only when
     // whole, so a failed export never leaves half a workbook where a good one was.
     QTemporaryDir scratch;
     const QString draft = scratch.filePath(QStringLiteral("codes.xlsx"));
-    lxw_workbook* book = workbook_new(QFile::encodeName(draft).constData());
-    if (!scratch.isValid() || !book) {
-        error = QStringLiteral("无法创建工作簿");
-        return false;
-    }
+    lxw_workbook* book = scratch.isValid() ? workbook_new(QFile::encodeName(draft).constData()) : nullptr;
+    if (!book)
+        return QvKsWriteStatus::Failure(
+            QvKsWriteStatus::Kind::Failed, filePath, QStringLiteral("the workbook cannot be made"));
     lxw_worksheet* sheet = workbook_add_worksheet(book, SheetName(sheetName).toUtf8().constData());
     const QStringList titles = SysCodeCsvColumns();
     for (int c = 0; c < titles.size(); ++c)
@@ -54,17 +55,14 @@ bool WriteSysCodeXlsx(const CSysCodeData& root, const QString& sheetName,
         ++row;
     }
     worksheet_set_column(sheet, 0, 0, 28, nullptr);
-    if (const lxw_error status = workbook_close(book); status != LXW_NO_ERROR) {
-        error = QStringLiteral("无法写入工作簿：%1").arg(QString::fromUtf8(lxw_strerror(status)));
-        return false;
-    }
+    if (const lxw_error status = workbook_close(book); status != LXW_NO_ERROR)
+        return QvKsWriteStatus::Failure(
+            QvKsWriteStatus::Kind::Failed, filePath, QString::fromUtf8(lxw_strerror(status)));
     QFile written(draft);
-    QSaveFile target(filePath);
-    if (!written.open(QIODevice::ReadOnly) || !target.open(QIODevice::WriteOnly)
-        || target.write(written.readAll()) < 0 || !target.commit()) {
-        error = QStringLiteral("无法写入文件 %1：%2")
-                    .arg(QDir::toNativeSeparators(filePath), target.errorString());
-        return false;
-    }
-    return true;
+    if (!written.open(QIODevice::ReadOnly))
+        return QvKsWriteStatus::Failure(QvKsWriteStatus::Kind::Failed, filePath, written.errorString());
+    const QByteArray bytes = written.readAll();
+    if (written.error() != QFileDevice::NoError || bytes.size() != written.size())
+        return QvKsWriteStatus::Failure(QvKsWriteStatus::Kind::Failed, filePath, written.errorString());
+    return QvKsAtomicFile::Write(filePath, bytes, confineTo);
 }

@@ -1,10 +1,10 @@
 #include "ModalDriver.h"
 
+#include "ScreenshotFile.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
-#include <QDir>
-#include <QFileInfo>
 #include <QTimer>
 
 namespace {
@@ -61,13 +61,19 @@ void ModalDriver::Poll()
     if (m_waiting != dialog) {
         m_waiting = dialog;
         m_idleMs = 0;
+        m_timeouts = 0;
     }
     m_idleMs += kPollMs;
     if (m_idleMs >= m_timeoutMs) {
         Fail(QStringLiteral("the dialog \"%1\" waited for %2 ms with nothing to do; cancelled")
                  .arg(dialog->windowTitle())
                  .arg(m_timeoutMs));
-        if (auto* box = qobject_cast<QDialog*>(dialog))
+        auto* box = qobject_cast<QDialog*>(dialog);
+        // A dialog whose own cancel did not close it the first time is closed
+        // without it: a script never hangs.
+        if (box && ++m_timeouts > 1)
+            box->QDialog::done(QDialog::Rejected);
+        else if (box)
             box->reject();
         else
             dialog->close();
@@ -80,11 +86,10 @@ void ModalDriver::Apply(QWidget* dialog, const Step& step)
     auto* box = qobject_cast<QDialog*>(dialog);
     switch (step.kind) {
     case Step::Screenshot: {
-        QDir().mkpath(QFileInfo(step.file).absolutePath());
-        if (dialog->grab().save(step.file))
+        if (const QvKsWriteStatus saved = SaveScreenshot(dialog, step.file))
             Q_EMIT report(QStringLiteral("dialog \"%1\" saved to %2").arg(dialog->windowTitle(), step.file));
         else
-            Fail(QStringLiteral("cannot write %1").arg(step.file));
+            Fail(saved.Describe());
         return;
     }
     case Step::Expect:

@@ -5,7 +5,8 @@
 // screenshot, a check that a control exists, a button press by control id, OK,
 // Cancel). A step that closes the dialog moves on to the next dialog. A dialog
 // left without steps for the time-out is cancelled and counted as a failure, so a
-// script never hangs.
+// script never hangs; one that its cancel does not close is closed without it at
+// the next time-out.
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -62,6 +63,7 @@ private:
     QPointer<QWidget> m_waiting; // the dialog open without steps
     int m_closedMs = 0;
     int m_idleMs = 0;
+    int m_timeouts = 0; // of the dialog waiting, each ending in a cancel
     int m_timeoutMs = 15000;
     QStringList m_failures;
 };

@@ -100,12 +100,48 @@ ScriptAnswers::~ScriptAnswers()
     SetMessageBoxHandler(std::move(m_previousBox));
 }
 
+void ScriptAnswers::SetFailureHooks(std::function<bool()> failing, Reporter fail)
+{
+    m_failing = std::move(failing);
+    m_fail = std::move(fail);
+}
+
+void ScriptAnswers::StatementStarted()
+{
+    m_defaultBoxes.clear();
+}
+
+// The answer to a box the script gave none for.
+int ScriptAnswers::DefaultAnswer(const QString& caption, const QString& text, UINT type)
+{
+    const QString box = caption + u'\n' + QString::number(type) + u'\n' + text;
+    const int times = ++m_defaultBoxes[box];
+    if (times > kMaxRepeatedBoxes && m_fail && !(m_failing && m_failing()))
+        m_fail(QStringLiteral("the message box \"%1\" came %2 times with no answer queued and no "
+                              "statement run in between; the script stops")
+                   .arg(text, QString::number(times)));
+    if (!(m_failing && m_failing()))
+        return DefaultMessageBoxAnswer(type);
+    // A failed script says no to everything it did not answer itself.
+    switch (type & MB_TYPEMASK) {
+    case MB_YESNO:
+        return IDNO;
+    case MB_YESNOCANCEL:
+    case MB_OKCANCEL:
+        return IDCANCEL;
+    default:
+        return IDOK;
+    }
+}
+
 int ScriptAnswers::AnswerBox(const QString& caption, const QString& text, UINT type)
 {
-    int answer = DefaultMessageBoxAnswer(type);
+    int answer = 0;
     if (!m_boxAnswers.empty()) {
         answer = m_boxAnswers.front();
         m_boxAnswers.pop_front();
+    } else {
+        answer = DefaultAnswer(caption, text, type);
     }
     m_boxesSinceCheck.append(text);
     m_report(QStringLiteral("message box \"%1\" [0x%2]: %3 -> %4")

@@ -5,11 +5,16 @@
 // order the script gave them. Every question is reported with what it asked and the
 // answer it got; a question with nothing queued takes the box's default button, or
 // a cancel for the file and colour dialogs.
+//
+// Once the script has failed, a box with nothing queued takes No (or Cancel): a
+// failing script never saves by default. The same box shown again and again with
+// nothing queued and no statement run in between fails the script.
 #include "QvKsCADColorTool.h"
 #include "WinFileDialog.h"
 #include "WinMessageBox.h"
 #include "WinTypes.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -41,12 +46,21 @@ public:
     // Since the last box check: no box at all.
     bool ExpectNoBox(QString& error);
 
+    // `failing` tells whether the script has failed; `fail` fails it.
+    void SetFailureHooks(std::function<bool()> failing, Reporter fail);
+    // A statement of the script starts: a box shown again after it is no repeat.
+    void StatementStarted();
+    // How many times the same box may come back with nothing queued before the
+    // script fails.
+    static constexpr int kMaxRepeatedBoxes = 5;
+
     // "R,G,B" or a COLORREF "0xBBGGRR"; false for anything else.
     static bool ParseColour(const QString& text, COLORREF& colour);
     static QString ColourName(COLORREF colour);
 
 private:
     int AnswerBox(const QString& caption, const QString& text, UINT type);
+    int DefaultAnswer(const QString& caption, const QString& text, UINT type);
 
     Reporter m_report;
     std::function<bool()> m_stepsQueued;
@@ -57,4 +71,8 @@ private:
     std::deque<std::optional<QString>> m_files;
     std::deque<std::optional<COLORREF>> m_colours;
     QStringList m_boxesSinceCheck;
+    std::function<bool()> m_failing;
+    Reporter m_fail;
+    // Boxes answered by default since the statement started: how often each came.
+    QHash<QString, int> m_defaultBoxes;
 };

@@ -9,6 +9,7 @@
 #include "ModalDriver.h"
 #include "QvKsDataMng.h"
 #include "QvKsSysCodeBar.h"
+#include "ScreenshotFile.h"
 #include "ScriptAnswers.h"
 #include "WidgetInput.h"
 #include "WinMessage.h"
@@ -17,7 +18,6 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -30,6 +30,8 @@
 
 namespace {
 constexpr int kPumpMs = 10;
+// Cancels of one dialog that leave it open before it is closed without asking it.
+constexpr int kMaxDismissals = 10;
 
 bool IsStatement(const QString& line)
 {
@@ -37,14 +39,6 @@ bool IsStatement(const QString& line)
     return !text.isEmpty() && !text.startsWith(u'#');
 }
 
-// Cancels what a script leaves open: a popup closes, a dialog is rejected.
-void Dismiss(QWidget* widget)
-{
-    if (auto* dialog = qobject_cast<QDialog*>(widget))
-        dialog->reject();
-    else
-        widget->close();
-}
 } // namespace
 
 ScriptRunner::ScriptRunner(HostWindow& window, ModalDriver& driver)
@@ -57,6 +51,13 @@ ScriptRunner::ScriptRunner(HostWindow& window, ModalDriver& driver)
     // Every question a command asks is written to the command line with its answer,
     // so a script's log shows them all.
     m_answers = std::make_unique<ScriptAnswers>(report, [this] { return m_driver.Pending() > 0; });
+    m_answers->SetFailureHooks([this] { return Failing(); },
+        [this](const QString& failure) {
+            const QString line = m_running.empty() ? QStringLiteral("end")
+                                                   : QStringLiteral("line %1").arg(m_running.back().line + 1);
+            m_failures.append(line + QStringLiteral(": ") + failure);
+            Report(QStringLiteral("failed: ") + failure);
+        });
     m_grid = std::make_unique<GridStatements>(report);
     m_controls = std::make_unique<ControlStatements>(report);
     m_commandsChecked = zcDocManagerPtr()->sentStrings().size();
@@ -98,7 +99,8 @@ void ScriptRunner::RunLine(qsizetype index)
     const qsizetype blank = line.indexOf(u' ');
     const QString keyword = blank < 0 ? line : line.left(blank);
     const QString rest = blank < 0 ? QString() : line.mid(blank + 1).trimmed();
-    m_running.push_back({ WidgetInput::Innermost(), QThread::currentThread()->loopLevel() });
+    m_running.push_back({ WidgetInput::Innermost(), QThread::currentThread()->loopLevel(), index });
+    m_answers->StatementStarted();
     SchedulePump();
     QString error;
     const bool ok = Execute(keyword.toLower(), rest, error);
@@ -110,6 +112,37 @@ void ScriptRunner::RunLine(qsizetype index)
         m_failures.append(QStringLiteral("line %1: %2").arg(index + 1).arg(error));
         Report(QStringLiteral("failed: line %1: %2").arg(index + 1).arg(error));
     }
+}
+
+bool ScriptRunner::Failing() const
+{
+    return !m_failures.isEmpty() || !m_driver.Failures().isEmpty();
+}
+
+// Cancels what a script leaves open: a popup closes, a dialog is rejected. A dialog
+// that stays open through every cancel (its own cancel keeps failing) is closed
+// without asking it, so a script never hangs.
+void ScriptRunner::Dismiss(QWidget* widget)
+{
+    m_dismissals = widget == m_dismissed.data() ? m_dismissals + 1 : 1;
+    m_dismissed = widget;
+    auto* dialog = qobject_cast<QDialog*>(widget);
+    if (!dialog) {
+        widget->close();
+        return;
+    }
+    if (m_dismissals <= kMaxDismissals) {
+        dialog->reject();
+        return;
+    }
+    const QString failure
+        = QStringLiteral("the dialog \"%1\" stayed open through %2 cancels; closed without it")
+              .arg(dialog->windowTitle(), QString::number(kMaxDismissals));
+    if (!m_failures.contains(QStringLiteral("end: ") + failure)) {
+        m_failures.append(QStringLiteral("end: ") + failure);
+        Report(QStringLiteral("failed: ") + failure);
+    }
+    dialog->QDialog::done(QDialog::Rejected);
 }
 
 void ScriptRunner::SchedulePump()
@@ -147,7 +180,7 @@ void ScriptRunner::Pump()
         Dismiss(innermost);
         return;
     }
-    if (!m_failures.isEmpty() || !m_driver.Failures().isEmpty()) {
+    if (Failing()) {
         Dismiss(innermost);
         return;
     }
@@ -384,10 +417,9 @@ bool ScriptRunner::Screenshot(QWidget* widget, const QString& file, QString& err
         return false;
     }
     const QString path = QFileInfo(file).absoluteFilePath();
-    QDir().mkpath(QFileInfo(path).absolutePath());
     QApplication::processEvents();
-    if (!widget->grab().save(path)) {
-        error = QStringLiteral("cannot write %1").arg(path);
+    if (const QvKsWriteStatus saved = SaveScreenshot(widget, path); !saved) {
+        error = saved.Describe();
         return false;
     }
     Report(QStringLiteral("\"%1\" saved to %2").arg(widget->windowTitle(), path));

@@ -43,7 +43,11 @@
 // ROW is the full name, levels joined by "&"; COL a column number or title; words
 // with blanks go in double quotes. host/README.md has the details. Relative file
 // names are taken from the current folder. The script stops at the first failing
-// statement (a dialog still open is cancelled); Run() returns 0 when all succeeded.
+// statement (a dialog still open is cancelled; after a failure every box with no
+// answer queued says No or Cancel, so a failed script saves nothing by default, and
+// a dialog that stays open through repeated cancels is closed without them); Run()
+// returns 0 when all succeeded. The same message box coming back again and again
+// with nothing queued and no statement run in between fails the script.
 #include <QPointer>
 #include <QString>
 #include <QStringList>
@@ -86,6 +90,8 @@ private:
     bool Screenshot(QWidget* widget, const QString& file, QString& error);
     bool BarDoubleClick(const QString& code, QString& error);
     void Report(const QString& text);
+    bool Failing() const;
+    void Dismiss(QWidget* widget);
 
     HostWindow& m_window;
     ModalDriver& m_driver;
@@ -104,9 +110,13 @@ private:
     {
         QPointer<QWidget> innermost;
         int loopLevel = 0;
+        qsizetype line = 0;
     };
     std::vector<Running> m_running;
     bool m_pumpScheduled = false;
+    // The dialog being cancelled and how often in a row.
+    QPointer<QWidget> m_dismissed;
+    int m_dismissals = 0;
     qsizetype m_commandsChecked = 0;
     QStringList m_failures;
 };

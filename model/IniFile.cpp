@@ -1,7 +1,8 @@
 #include "IniFile.h"
 
-#include <QFileInfo>
-#include <QSaveFile>
+#include "QvKsAtomicFile.h"
+
+#include <QFile>
 #include <QtEndian>
 
 #include <optional>
@@ -241,35 +242,27 @@ bool SetIniValue(const QByteArray& content, const QString& section, const QStrin
     return true;
 }
 
-bool WriteProfileString(
-    const QString& section, const QString& key, const QString& value, const QString& filePath)
+QvKsWriteStatus WriteProfileString(const QString& section, const QString& key, const QString& value,
+    const QString& filePath, const QString& confineTo)
 {
-    if (filePath.isEmpty())
-        return false;
-    const QFileInfo info(filePath);
+    // The old file is read only where it may be written: never through a link.
+    if (QvKsWriteStatus target = QvKsAtomicFile::CheckTarget(filePath, confineTo); !target)
+        return target;
+    QFile file(filePath);
+    const bool exists = file.exists();
     QByteArray content;
-    if (info.exists()) {
-        if (!info.isFile() || !info.isWritable())
-            return false;
-        QFile file(filePath);
+    if (exists) {
         if (!file.open(QIODevice::ReadOnly))
-            return false;
+            return QvKsWriteStatus::Failure(QvKsWriteStatus::Kind::Permission, filePath, file.errorString());
         content = file.readAll();
         if (file.error() != QFileDevice::NoError)
-            return false;
+            return QvKsWriteStatus::Failure(QvKsWriteStatus::Kind::Failed, filePath, file.errorString());
     }
     QByteArray updated;
     if (!SetIniValue(content, section, key, value, updated))
-        return false;
-    if (info.exists() && updated == content)
-        return true;
-
-    QSaveFile out(filePath);
-    if (!out.open(QIODevice::WriteOnly))
-        return false;
-    if (out.write(updated) != updated.size()) {
-        out.cancelWriting();
-        return false;
-    }
-    return out.commit();
+        return QvKsWriteStatus::Failure(
+            QvKsWriteStatus::Kind::Failed, filePath, QStringLiteral("the name cannot be written as INI"));
+    if (exists && updated == content)
+        return {};
+    return QvKsAtomicFile::Write(filePath, updated, confineTo);
 }

@@ -5,6 +5,8 @@
 // CRLF or LF line ends, a UTF-8 BOM). A file with a UTF-16 BOM stays UTF-16 in the
 // same byte order; any other file is read as UTF-8. Section and key names match
 // ignoring letter case and surrounding blanks, as Windows profile files do.
+#include "QvKsWriteStatus.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -19,9 +21,10 @@ bool SetIniValue(const QByteArray& content, const QString& section, const QStrin
     QByteArray& result);
 
 // Writes `key`=`value` into `section` of the INI file `filePath`, creating the file,
-// the section and the key as needed. The file is replaced in one step (written
-// beside it, then renamed), so a failed write leaves the old file whole. False when
-// the folder is missing or not writable, the file is read-only or unreadable, or the
-// names cannot be written; nothing is shown.
-bool WriteProfileString(
-    const QString& section, const QString& key, const QString& value, const QString& filePath);
+// the section and the key as needed. The file is replaced in one step
+// (QvKsAtomicFile), so a failed write leaves the old file whole; a file that is a
+// link is neither read nor written, and inside `confineTo` the file may not lead out
+// of it. The status says why a write failed (missing or read-only folder or file, a
+// full disk, names that cannot be written); nothing is shown.
+QvKsWriteStatus WriteProfileString(const QString& section, const QString& key, const QString& value,
+    const QString& filePath, const QString& confineTo = QString());

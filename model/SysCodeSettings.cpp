@@ -13,11 +13,13 @@ QString SysCodeSettingsPath(const QString& profileFolder)
     return QDir(profileFolder).filePath(g_strSettingsFileName);
 }
 
-bool SaveDispAddedMsgSetting(const QString& profileFolder, int value)
+QvKsWriteStatus SaveDispAddedMsgSetting(const QString& profileFolder, int value, const QString& projectFolder)
 {
     // An empty folder would mean the working directory: never write there.
     if (profileFolder.isEmpty())
-        return false;
+        return QvKsWriteStatus::Failure(
+            QvKsWriteStatus::Kind::Path, g_strSettingsFileName, QStringLiteral("no profile folder"));
     return WriteProfileString(g_strSettingsSection, g_strDispAddedMsgKey,
-        value != 0 ? QStringLiteral("1") : QStringLiteral("0"), SysCodeSettingsPath(profileFolder));
+        value != 0 ? QStringLiteral("1") : QStringLiteral("0"), SysCodeSettingsPath(profileFolder),
+        projectFolder);
 }

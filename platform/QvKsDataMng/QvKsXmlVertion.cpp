@@ -1,10 +1,12 @@
 #include "QvKsXmlVertion.h"
 
 #include "ProjectStore.h"
+#include "QvKsAtomicFile.h"
+#include "QvKsDataMng.h"
 #include "ScnFormat.h"
 
+#include <QBuffer>
 #include <QFile>
-#include <QSaveFile>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -37,12 +39,13 @@ bool QvKsXmlVertion::SetXmlVersion(const QString& version, const QString& filePa
         return fail(QStringLiteral("%1 cannot be read: %2").arg(filePath, file.errorString()));
     if (file.size() > ScnFormat::kMaxFileBytes)
         return fail(QStringLiteral("%1 is too large").arg(filePath));
-    QSaveFile target(filePath);
-    if (!target.open(QIODevice::WriteOnly))
-        return fail(QStringLiteral("%1 cannot be written: %2").arg(filePath, target.errorString()));
+    QByteArray text;
+    QBuffer target(&text);
+    target.open(QIODevice::WriteOnly);
     QXmlStreamReader in(&file);
     QXmlStreamWriter out(&target);
     bool rootSeen = false;
+    bool stamped = false;
     while (!in.atEnd()) {
         const auto token = in.readNext();
         if (token == QXmlStreamReader::Invalid)
@@ -50,6 +53,7 @@ bool QvKsXmlVertion::SetXmlVersion(const QString& version, const QString& filePa
         if (token == QXmlStreamReader::DTD || token == QXmlStreamReader::EntityReference)
             return fail(QStringLiteral("%1: document type declarations are not accepted").arg(filePath));
         if (token == QXmlStreamReader::StartElement && !rootSeen) {
+            stamped = in.attributes().value(ScnFormat::kVersion) == version;
             rootSeen = true;
             writeRootStart(out, in, version);
         } else {
@@ -58,9 +62,14 @@ bool QvKsXmlVertion::SetXmlVersion(const QString& version, const QString& filePa
     }
     if (in.hasError() || !rootSeen)
         return fail(QStringLiteral("%1 is not an XML document: %2").arg(filePath, in.errorString()));
-    if (out.hasError() || !target.commit())
-        return fail(QStringLiteral("%1 cannot be written: %2").arg(filePath, target.errorString()));
-    return true;
+    if (out.hasError())
+        return fail(QStringLiteral("%1 cannot be written: the XML cannot be put out again").arg(filePath));
+    file.close();
+    // A file that carries the stamp already is not written again.
+    if (stamped)
+        return true;
+    const QvKsWriteStatus status = QvKsAtomicFile::Write(filePath, text, QvKsDataMng::ProjectFolder());
+    return status ? true : fail(status.Describe());
 }
 
 bool QvKsXmlVertion::GetXmlVersion(QString& version, const QString& filePath)

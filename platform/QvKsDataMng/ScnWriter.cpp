@@ -3,8 +3,11 @@
 #include "CSysCodeData.h"
 #include "ScnFormat.h"
 
+#include "QvKsAtomicFile.h"
+#include "QvKsDataMng.h"
+
+#include <QBuffer>
 #include <QLocale>
-#include <QSaveFile>
 #include <QXmlStreamWriter>
 
 namespace ScnWriter {
@@ -54,18 +57,19 @@ bool Write(const CSysCodeData& root, const QString& spec, const QString& version
 bool WriteFile(const CSysCodeData& root, const QString& spec, const QString& version, const QString& path,
     QString* error)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    // The whole text is made first; only a complete one is handed to the disk.
+    QByteArray text;
+    QBuffer buffer(&text);
+    buffer.open(QIODevice::WriteOnly);
+    if (!Write(root, spec, version, buffer)) {
         if (error)
-            *error = QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString());
+            *error = QStringLiteral("%1 cannot be written: the codes cannot be put as XML").arg(path);
         return false;
     }
-    if (!Write(root, spec, version, file) || !file.commit()) {
-        if (error)
-            *error = QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString());
-        return false;
-    }
-    return true;
+    const QvKsWriteStatus status = QvKsAtomicFile::Write(path, text, QvKsDataMng::ProjectFolder());
+    if (!status && error)
+        *error = status.Describe();
+    return status.IsOk();
 }
 
 } // namespace ScnWriter

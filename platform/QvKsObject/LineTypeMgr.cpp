@@ -1,12 +1,12 @@
 #include "LineTypeMgr.h"
 
+#include "QvKsAtomicFile.h"
 #include "QvKsCodeStyles.h"
 #include "QvKsDataMng.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSet>
 
 namespace {
@@ -83,11 +83,9 @@ bool LineTypeMgr::WriteLineTypeFile()
         return false;
     const QVector<LineTypeDef> defs = DefinitionsForStore();
     QDir().mkpath(QFileInfo(path).absolutePath());
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(LinFormat::Format(defs, QStringLiteral("line types of the system codes")).toUtf8());
-    if (!file.commit())
+    const QByteArray text
+        = LinFormat::Format(defs, QStringLiteral("line types of the system codes")).toUtf8();
+    if (!QvKsAtomicFile::Write(path, text, QvKsDataMng::ProjectFolder()))
         return false;
     Keep(defs);
     return true;

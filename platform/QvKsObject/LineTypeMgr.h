@@ -20,9 +20,9 @@ public:
     // The file in the open project's profile folder; empty when none is open.
     static QString FilePath();
 
-    // Writes the file for the codes in the store (written beside and renamed over,
-    // so a failure leaves the old file) and keeps its definitions. False when no
-    // project is open or the file cannot be written.
+    // Writes the file for the codes in the store (in one step, QvKsAtomicFile, so a
+    // failure leaves the old file) and keeps its definitions. False when no project
+    // is open or the file cannot be written (QvKsAtomicFile::LastStatus tells why).
     bool WriteLineTypeFile();
     // Reads the file back; false when it is missing or unreadable (nothing kept then).
     bool Load();

@@ -54,9 +54,8 @@ TEST(Xlsx, LibreOfficeReadsTheCellsTheCsvExportHas)
         GTEST_SKIP() << "LibreOffice (soffice) is not installed: scripts/setup.sh installs it";
     QTemporaryDir dir;
     const QString book = dir.filePath(QStringLiteral("电气.xlsx"));
-    QString error;
-    ASSERT_TRUE(WriteSysCodeXlsx(sampleTree(), QStringLiteral("电气"), aciOf, book, error))
-        << error.toStdString();
+    const QvKsWriteStatus written = WriteSysCodeXlsx(sampleTree(), QStringLiteral("电气"), aciOf, book);
+    ASSERT_TRUE(written) << written.Describe().toStdString();
 
     QProcess convert;
     convert.setWorkingDirectory(dir.path());
@@ -82,9 +81,9 @@ TEST(Xlsx, AFolderThatDoesNotExistIsAnErrorAndWritesNothing)
 {
     QTemporaryDir dir;
     const QString book = dir.filePath(QStringLiteral("missing/电气.xlsx"));
-    QString error;
-    EXPECT_FALSE(WriteSysCodeXlsx(sampleTree(), QStringLiteral("电气"), aciOf, book, error));
-    EXPECT_FALSE(error.isEmpty());
+    const QvKsWriteStatus written = WriteSysCodeXlsx(sampleTree(), QStringLiteral("电气"), aciOf, book);
+    EXPECT_EQ(written.GetKind(), QvKsWriteStatus::Kind::Path);
+    EXPECT_EQ(written.GetPath(), book);
     EXPECT_FALSE(QFile::exists(book));
 }
 } // namespace

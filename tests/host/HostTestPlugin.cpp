@@ -1,14 +1,15 @@
 // A tiny application file for the host tests: a command that selects, queues a
 // redraw and reports; a command that opens a dialog and asks a question; one that
 // opens the CAD colour dialog; one with a grid and common controls; one that asks
-// for a file; the attribute bar's double-click callback; and, when asked, a code
-// written to the store as it loads.
+// for a file; one that will not close; the attribute bar's double-click callback;
+// and, when asked, a code written to the store as it loads.
 #include "CISysCode.h"
 #include "CProj.h"
 #include "CSysCodeData.h"
 #include "GridTestDialog.h"
 #include "IFaceBarCtrl.h"
 #include "QvKsCADColorTool.h"
+#include "StubbornDialog.h"
 #include "WinFileDialog.h"
 #include "WinMessageBox.h"
 #include "ZcApDocManager.h"
@@ -96,6 +97,12 @@ void onFile()
     zcutPrintf(QStringLiteral("\n[qvhfile] %1").arg(ok ? dialog.GetPathName() : QStringLiteral("cancelled")));
 }
 
+void onStubborn()
+{
+    StubbornDialog dialog;
+    zcutPrintf(QStringLiteral("\n[qvhstubborn] result %1").arg(dialog.exec()));
+}
+
 void onBarDbClick()
 {
     zcutPrintf(QStringLiteral("\n[qvhtest] dblclick %1").arg(IFaceBarCtrl::CurSysCode()));
@@ -119,6 +126,7 @@ extern "C" ZcRx::AppRetCode zcrxEntryPoint(ZcRx::AppMsgCode msg, void* appId)
     commands->addCommand(u"QVHTEST", u"_qvhcolor", u"qvhcolor", 0, onColor);
     commands->addCommand(u"QVHTEST", u"_qvhgrid", u"qvhgrid", 0, onGrid);
     commands->addCommand(u"QVHTEST", u"_qvhfile", u"qvhfile", 0, onFile);
+    commands->addCommand(u"QVHTEST", u"_qvhstubborn", u"qvhstubborn", 0, onStubborn);
     IFaceBarCtrl::RegDbClickSysFunc(&onBarDbClick);
     addCodeAtLoad();
     zcutPrintf(u"\n[qvhtest] loaded");

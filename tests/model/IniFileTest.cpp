@@ -1,9 +1,14 @@
 #include "IniFile.h"
 
+#include "QvKsFileFaults.h"
+
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+
+#include <cerrno>
 
 namespace {
 
@@ -78,7 +83,10 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(kBefore);
     }
-    bool Write(const QString& target) const { return WriteProfileString(u"s"_s, u"k"_s, u"1"_s, target); }
+    bool Write(const QString& target) const
+    {
+        return WriteProfileString(u"s"_s, u"k"_s, u"1"_s, target).IsOk();
+    }
     QStringList Files() const { return QDir(dir.path()).entryList(QDir::Files | QDir::Hidden); }
 
     static constexpr const char* kBefore = "; keep me\r\n[T]\r\nx = 5\r\n\r\n[S]\r\nK=0\r\n";
@@ -117,6 +125,40 @@ TEST_F(IniWrite, ReadOnlyFolderFailsAndLeavesTheFileWhole)
     EXPECT_FALSE(written);
     EXPECT_EQ(ReadAll(path), QByteArray(kBefore));
     EXPECT_EQ(Files(), QStringList({ u"a.ini"_s }));
+}
+
+TEST_F(IniWrite, AFullDiskKeepsTheFileWholeAndSaysSo)
+{
+    using Step = QvKsFileFaults::Step;
+    for (const Step step : { Step::Create, Step::Write, Step::Sync, Step::Close }) {
+        QvKsFileFaults::FailNth(step, 1, ENOSPC);
+        const QvKsWriteStatus status = WriteProfileString(u"S"_s, u"K"_s, u"1"_s, path);
+        QvKsFileFaults::Clear();
+        EXPECT_EQ(status.GetKind(), QvKsWriteStatus::Kind::DiskFull) << int(step);
+        EXPECT_EQ(ReadAll(path), QByteArray(kBefore));
+        EXPECT_EQ(Files(), QStringList({ u"a.ini"_s }));
+    }
+    // A value that is already there writes nothing, so nothing can fail.
+    QvKsFileFaults::FailAll(ENOSPC);
+    EXPECT_TRUE(WriteProfileString(u"S"_s, u"K"_s, u"0"_s, path));
+    QvKsFileFaults::Clear();
+}
+
+TEST_F(IniWrite, ALinkInPlaceOfTheFileIsNeitherReadNorWritten)
+{
+    QTemporaryDir other;
+    const QString target = QDir(other.path()).filePath(u"private.txt"_s);
+    {
+        QFile file(target);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("[S]\nsecret=1\n");
+    }
+    const QString link = QDir(dir.path()).filePath(u"SysCodeMng.ini"_s);
+    ASSERT_TRUE(QFile::link(target, link));
+    EXPECT_EQ(
+        WriteProfileString(u"S"_s, u"K"_s, u"1"_s, link, dir.path()).GetKind(), QvKsWriteStatus::Kind::Link);
+    EXPECT_EQ(ReadAll(target), QByteArray("[S]\nsecret=1\n"));
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
 }
 
 } // namespace

@@ -19,7 +19,20 @@ TEST(DispAddedMsgSetting, StoresOneForAnyNonZeroValueInTheProfileFolder)
         file.close();
     }
     EXPECT_FALSE(SaveDispAddedMsgSetting(QString(), 1)); // never the working folder
-    EXPECT_FALSE(SaveDispAddedMsgSetting(QDir(profile.path()).filePath(QStringLiteral("gone")), 1));
+    EXPECT_EQ(SaveDispAddedMsgSetting(QDir(profile.path()).filePath(QStringLiteral("gone")), 1).GetKind(),
+        QvKsWriteStatus::Kind::Path);
+}
+
+// The profile folder of a shared project replaced by a link out of it: the setting
+// is not written there.
+TEST(DispAddedMsgSetting, StaysInsideTheProjectFolder)
+{
+    QTemporaryDir project;
+    QTemporaryDir elsewhere;
+    const QString profile = QDir(project.path()).filePath(QStringLiteral("Profile"));
+    ASSERT_TRUE(QFile::link(elsewhere.path(), profile));
+    EXPECT_EQ(SaveDispAddedMsgSetting(profile, 1, project.path()).GetKind(), QvKsWriteStatus::Kind::Outside);
+    EXPECT_TRUE(QDir(elsewhere.path()).isEmpty());
 }
 
 } // namespace

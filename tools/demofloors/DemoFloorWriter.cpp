@@ -1,8 +1,9 @@
 #include "DemoFloorWriter.h"
 
 #include "DxfWriter.h"
+#include "QvKsAtomicFile.h"
 
-#include <QSaveFile>
+#include <QBuffer>
 #include <QStringList>
 
 namespace {
@@ -81,12 +82,9 @@ void writeRuns(DxfWriter& writer, const QList<DemoFloorCode>& codes)
 bool WriteDemoFloorDrawing(
     const QString& filePath, const QString& floorName, const QList<DemoFloorCode>& codes, QString* error)
 {
-    QSaveFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly)) {
-        if (error)
-            *error = file.errorString();
-        return false;
-    }
+    QByteArray drawing;
+    QBuffer file(&drawing);
+    file.open(QIODevice::WriteOnly);
     DxfWriter writer(&file, DxfWriter::Version::R2000);
     writer.addLayer(kWallLayer, 8);
     writer.addLayer(kRoomLayer, 3);
@@ -103,11 +101,13 @@ bool WriteDemoFloorDrawing(
     writeRooms(writer, floorName);
     writeRuns(writer, codes);
     writer.addMText({ 0, -1500, 0 }, QStringLiteral("%1 平面图\\P比例 1:100").arg(floorName), 500, 8000);
-    if (!writer.finish() || !file.commit()) {
+    if (!writer.finish()) {
         if (error)
-            *error = file.errorString().isEmpty() ? QStringLiteral("cannot write %1").arg(filePath)
-                                                  : file.errorString();
+            *error = QStringLiteral("the drawing of %1 cannot be made").arg(floorName);
         return false;
     }
-    return true;
+    const QvKsWriteStatus status = QvKsAtomicFile::Write(filePath, drawing);
+    if (!status && error)
+        *error = status.Describe();
+    return status.IsOk();
 }

@@ -6,10 +6,12 @@
 #include "CQvKsVersion.h"
 #include "CSysCodeData.h"
 #include "DemoFloorWriter.h"
+#include "ExchangeFileName.h"
 #include "IFloorMng.h"
 #include "QvKsDataMng.h"
 #include "QvKsXmlVertion.h"
 #include "SysCodeMerge.h"
+#include "SysCodeSettings.h"
 
 #include <QDir>
 #include <QFile>
@@ -63,13 +65,6 @@ int countCodes(const CSysCodeData& node)
     for (const CSysCodeData* child : node.GetChildren())
         count += countCodes(*child);
     return count;
-}
-
-bool writeSettings(const QString& profile)
-{
-    QFile ini(profile + QStringLiteral("/SysCodeMng.ini"));
-    return ini.open(QIODevice::WriteOnly | QIODevice::Truncate)
-        && ini.write("[SysCodeConfig]\nDispAddedMsg=1\n") > 0;
 }
 
 } // namespace
@@ -164,12 +159,14 @@ int Demo(const QString& folder, QTextStream& out, QTextStream& err)
     }
     const QString profile
         = QvKsDataMng::ProjectFolder() + QLatin1Char('/') + QvKsDataMng::ProfileFolderName();
-    if (!writeSettings(profile))
-        return fail(err, QStringLiteral("the settings file cannot be written in %1").arg(profile));
+    if (const QvKsWriteStatus settings = SaveDispAddedMsgSetting(profile, 1, QvKsDataMng::ProjectFolder());
+        !settings)
+        return fail(err, settings.Describe());
     const QString prjName = CProj().GetPrjName();
     for (const QString& spec : CISysCode::GetAllSpecNames()) {
         CSysCodeData root;
-        const QString file = QStringLiteral("%1/系统编号/%2-%3.scn").arg(profile, prjName, spec);
+        const QString file
+            = QStringLiteral("%1/系统编号/%2.scn").arg(profile, DefaultExchangeFileName(prjName, spec));
         if (!CISysCode::GetSpecCodeInfos(root, spec) || !root.ExportData(file, spec))
             return fail(err, QvKsDataMng::LastError());
         out << spec << ": " << countCodes(root) << " codes\n";

@@ -3,6 +3,10 @@
 
 #include <QProcess>
 
+#include <cerrno>
+#include <cstring>
+#include <sys/mount.h>
+
 namespace {
 
 struct ToolRun
@@ -123,6 +127,85 @@ TEST_F(QvProjTool, ImportOfIllegalNamesFailsNamingTheLineAndChangesNothing)
     EXPECT_TRUE(run.err.contains(QStringLiteral("line 3: the code name \"A/B\" is not legal")))
         << run.err.toStdString();
     EXPECT_EQ(qvproj({ QStringLiteral("print"), demo, QStringLiteral("弱电") }).out, before);
+}
+
+} // namespace
+
+namespace {
+
+// A small memory file system that fills up, where this process may mount one.
+class FullDisk
+{
+public:
+    FullDisk()
+    {
+        const QByteArray point = QFile::encodeName(m_dir.path());
+        if (::mount("tmpfs", point.constData(), "tmpfs", 0, "size=256k") != 0)
+            m_why = QString::fromLocal8Bit(std::strerror(errno));
+        else
+            m_mounted = true;
+    }
+    ~FullDisk()
+    {
+        if (m_mounted)
+            ::umount2(QFile::encodeName(m_dir.path()).constData(), MNT_DETACH);
+    }
+    bool IsMounted() const { return m_mounted; }
+    QString Why() const { return m_why; }
+    QString File(const char* name) const { return m_dir.path() + u'/' + QString::fromUtf8(name); }
+    // Takes every byte left.
+    void Fill() const
+    {
+        QFile filler(File("filler"));
+        if (!filler.open(QIODevice::WriteOnly))
+            return;
+        const QByteArray block(4096, 'f');
+        while (filler.write(block) == block.size() && filler.flush()) { }
+    }
+
+private:
+    QTemporaryDir m_dir;
+    bool m_mounted = false;
+    QString m_why;
+};
+
+// The disk fills up between two exports: the second one fails with the reason and
+// a failing exit code, and the file of the first is kept whole.
+TEST_F(QvProjTool, AnExportOnAFullDiskFailsAndKeepsTheOldFile)
+{
+    FullDisk disk;
+    if (!disk.IsMounted())
+        GTEST_SKIP() << "cannot mount a small tmpfs here (needs root): " << disk.Why().toStdString();
+    const QString file = disk.File("q.scn");
+    ASSERT_EQ(qvproj({ QStringLiteral("export"), demo, QStringLiteral("电气"), file }).code, 0);
+    const QByteArray good = readBytes(file);
+    disk.Fill();
+    const ToolRun run = qvproj({ QStringLiteral("export"), demo, QStringLiteral("电气"), file });
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(QStringLiteral("cannot be written: the disk is full")))
+        << run.err.toStdString();
+    EXPECT_FALSE(run.out.contains(QStringLiteral("written"))) << run.out.toStdString();
+    EXPECT_EQ(readBytes(file), good);
+}
+
+// The user's own older file is rewritten in place before it is read: on a full
+// disk it stays as the user had it, and nothing is imported.
+TEST_F(QvProjTool, AnOlderFileOnAFullDiskIsNotImportedAndStaysAsItWas)
+{
+    FullDisk disk;
+    if (!disk.IsMounted())
+        GTEST_SKIP() << "cannot mount a small tmpfs here (needs root): " << disk.Why().toStdString();
+    const QString old = disk.File("old.scn");
+    const QByteArray legacy = "<SysCodeData Version=\"2.0\"><SysNode><Name>中水</Name><Color>0,255,0</Color>"
+                              "</SysNode></SysCodeData>";
+    ASSERT_TRUE(writeBytes(old, legacy));
+    disk.Fill();
+    const QString before = qvproj({ QStringLiteral("print"), demo, QStringLiteral("给排水") }).out;
+    const ToolRun run = qvproj({ QStringLiteral("import"), demo, QStringLiteral("给排水"), old });
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.contains(QStringLiteral("the disk is full"))) << run.err.toStdString();
+    EXPECT_EQ(readBytes(old), legacy);
+    EXPECT_EQ(qvproj({ QStringLiteral("print"), demo, QStringLiteral("给排水") }).out, before);
 }
 
 } // namespace
