@@ -12,8 +12,8 @@
 #include "Resource.h"
 #include "SysCodeColumns.h"
 #include "SysCodeEditChecks.h"
-#include "SysCodeValueRange.h"
 #include "SysCodeUndoGroup.h"
+#include "SysCodeValueRange.h"
 #include "WinMessageBox.h"
 
 #include <QApplication>

@@ -138,8 +138,7 @@ bool SysCodeDlg::ReadSysCodeFile(const QString& filePath, CSysCodeData& imported
     }
     if (read.status != SysCodeFileStatus::Read) {
         MessageBoxExW(GetActiveWindow(),
-            QStringLiteral("无法导入系统编号文件 %1：\n%2")
-                    .arg(QFileInfo(filePath).fileName(), read.reason)
+            QStringLiteral("无法导入系统编号文件 %1：\n%2").arg(QFileInfo(filePath).fileName(), read.reason)
                 + g_strExclaim,
             g_strCaption, kMbWarning);
         return false;

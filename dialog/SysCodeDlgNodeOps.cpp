@@ -208,7 +208,8 @@ bool SysCodeDlg::MayDeleteDespiteUnreadFloors(HTREEITEM row, std::optional<bool>
         return true;
     if (!answer)
         answer = MessageBoxExW(GetActiveWindow(),
-                     QStringLiteral("以下楼层的图纸缺失或无法读取，无法确认所选系统编号是否已被使用：\n%1\n是否仍然删除")
+                     QStringLiteral(
+                         "以下楼层的图纸缺失或无法读取，无法确认所选系统编号是否已被使用：\n%1\n是否仍然删除")
                              .arg(floors.join(QLatin1Char('\n')))
                          + g_strQuestion,
                      g_strCaption, kMbQuestionDefaultNo)

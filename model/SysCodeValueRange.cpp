@@ -25,6 +25,7 @@ QString SysCodeValueProblem(const CSysCodeData& code)
     if (!IsSysAlphaInRange(code.GetAlpha()))
         return QStringLiteral("透明度仅支持0-100的整数：%1").arg(code.GetAlpha());
     if (!IsSysColorInRange(code.GetMfcColor()))
-        return QStringLiteral("颜色不是有效的 RGB 颜色：0x%1").arg(code.GetMfcColor(), 8, 16, QLatin1Char('0'));
+        return QStringLiteral("颜色不是有效的 RGB 颜色：0x%1")
+            .arg(code.GetMfcColor(), 8, 16, QLatin1Char('0'));
     return QString();
 }

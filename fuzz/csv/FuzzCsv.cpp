@@ -15,7 +15,8 @@ int CheckCodes(const CSysCodeData& node, int level)
     int count = 0;
     for (const CSysCodeData* child : node.GetChildren()) {
         if (level > kMaxSysCodeLevel || !CQVCheckSysNameLegal::CheckSysNameLegal(child->GetNodeName())
-            || child->GetNodeName() != child->GetNodeName().trimmed() || !SysCodeValueProblem(*child).isEmpty())
+            || child->GetNodeName() != child->GetNodeName().trimmed()
+            || !SysCodeValueProblem(*child).isEmpty())
             std::abort();
         count += 1 + CheckCodes(*child, level + 1);
     }

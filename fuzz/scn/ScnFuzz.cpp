@@ -79,8 +79,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (ok) {
             checkRules(tree);
             checkRoundTrip(tree);
-        }
-        else if (tree.GetChildCount() != 0)
+        } else if (tree.GetChildCount() != 0)
             std::abort(); // a refused file must leave the tree untouched
     }
     QBuffer in;

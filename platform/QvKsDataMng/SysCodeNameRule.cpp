@@ -30,10 +30,13 @@ QString HiddenChar(const QString& name)
 {
     for (qsizetype i = 0; i < name.size(); ++i) {
         char32_t ucs4 = name[i].unicode();
-        if (name[i].isHighSurrogate() && i + 1 < name.size() && name[i + 1].isLowSurrogate())
-            ucs4 = QChar::surrogateToUcs4(name[i], name[++i]);
+        if (name[i].isHighSurrogate() && i + 1 < name.size() && name[i + 1].isLowSurrogate()) {
+            ucs4 = QChar::surrogateToUcs4(name[i], name[i + 1]);
+            ++i;
+        }
         if (IsHidden(ucs4))
-            return QStringLiteral("U+%1").arg(QString::number(uint(ucs4), 16).toUpper().rightJustified(4, u'0'));
+            return QStringLiteral("U+%1").arg(
+                QString::number(uint(ucs4), 16).toUpper().rightJustified(4, u'0'));
     }
     return QString();
 }
@@ -66,7 +69,8 @@ QString SiblingTwice(const CSysCodeData& parent)
     for (const CSysCodeData* child : parent.GetChildren()) {
         const QString name = child->GetNodeName().trimmed();
         if (seen.contains(name))
-            return QStringLiteral("the code \"%1\" appears twice at one level").arg(child->GetFullName().left(200));
+            return QStringLiteral("the code \"%1\" appears twice at one level")
+                .arg(child->GetFullName().left(200));
         seen.insert(name);
     }
     return QString();

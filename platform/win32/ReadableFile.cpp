@@ -48,7 +48,8 @@ QString Problem(const QString& path)
 {
     if (path.isEmpty())
         return QStringLiteral("no file name");
-    struct stat status { };
+    struct stat status
+    { };
     if (::stat(QFile::encodeName(path).constData(), &status) != 0)
         return Named(path, ErrnoText(errno));
     const QString kind = KindProblem(status.st_mode);
@@ -69,13 +70,15 @@ bool Open(QFile& file, const QString& path, QString* error, QIODevice::OpenMode 
     const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (fd < 0)
         return fail(Named(path, ErrnoText(errno)));
-    struct stat status { };
+    struct stat status
+    { };
     QString problem;
     if (::fstat(fd, &status) != 0)
         problem = Named(path, ErrnoText(errno));
     else if (const QString kind = KindProblem(status.st_mode); !kind.isEmpty())
         problem = Named(path, kind);
-    else if (const int flags = ::fcntl(fd, F_GETFL); flags < 0 || ::fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) < 0)
+    else if (const int flags = ::fcntl(fd, F_GETFL);
+             flags < 0 || ::fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) < 0)
         problem = Named(path, ErrnoText(errno));
     if (!problem.isEmpty()) {
         ::close(fd);

@@ -269,12 +269,12 @@ TEST_F(SysCodeDlgEditTest, APastedNameWithAHiddenCharacterIsRefused)
     }
 }
 
-// A typed width holds to the range a file or a sheet holds to; -1 leaves it unset,
-// and the cell shows the row kind's default.
+// A typed width holds to the range a file or a sheet holds to. (A typed -1 is
+// rounded to -0.99 first, which no range takes; -1 comes only from a file.)
 TEST_F(SysCodeDlgEditTest, AWidthOutOfRangeIsRefusedAsANonNumberIs)
 {
-    const std::pair<const char*, const char*> cases[] = {
-        { "-30", nullptr }, { "1e308", nullptr }, { "100.01", nullptr }, { "100.004", "100" }, { "-1", "30" } };
+    const std::pair<const char*, const char*> cases[] = { { "-30", nullptr }, { "1e308", nullptr },
+        { "100.01", nullptr }, { "100.004", "100" }, { "-1", nullptr } };
     for (const auto& [typed, taken] : cases) {
         SCOPED_TRACE(typed);
         MessageBoxRecorder boxes;

@@ -321,7 +321,8 @@ TEST_F(SysCodeDlgImportExportTest, AFileThatCannotBeReadIsRefusedAndChangesNothi
         const char* reason; // a part of the warning
     } cases[] = {
         { "3000 random bytes", random, {}, "is not a valid system-code file: line " },
-        { "backslash in a name", wrap(R"(<Code Name="a\b"/>)"), {}, "line 2: the code name \"a\\b\" is not legal" },
+        { "backslash in a name", wrap(R"(<Code Name="a\b"/>)"), {},
+            "line 2: the code name \"a\\b\" is not legal" },
         { "10,000-character name", wrap("<Code Name=\"" + QByteArray(10000, 'n') + "\"/>"), {}, "line 2:" },
         { "duplicate siblings", wrap("<Code Name=\"重复\"/>\n<Code Name=\"重复 \"/>"), {},
             "line 3: the code \"重复\" appears twice at one level" },
@@ -388,11 +389,12 @@ TEST_F(SysCodeDlgImportExportTest, AFileOfAnotherSpecialtyAsksBeforeItGoesIn)
         EXPECT_EQ(preview.acted(), yes);
         EXPECT_EQ(topNames(*dlg).contains(QStringLiteral("消防报警")), yes);
         EXPECT_EQ(boxes.texts().contains(QStringLiteral("导入完成。")), yes);
-        if (yes)
+        if (yes) {
             ASSERT_TRUE(QvKsDataMng::RunScript(
                 QStringLiteral("DELETE FROM sys_code WHERE spec_id = 3 AND node_index > 5;"
                                "UPDATE sys_code SET color = 16711680 WHERE spec_id = 3 AND node_index = 4;"
                                "UPDATE spec SET max_index = 5 WHERE spec_id = 3;")));
+        }
     }
 }
 
@@ -423,7 +425,8 @@ TEST_F(SysCodeDlgImportExportTest, ASheetThatCannotBeReadIsRefusedWhole)
         { writeFile("gbk.csv", "系统编号\n动力\n\xB6\xAF\xC1\xA6\n"),
             QStringLiteral("第 3 行不是 UTF-8 文本，请另存为 CSV（UTF-8）后再导入!") },
         { fifo,
-            QStringLiteral("无法读取文件 %1：%1: a named pipe, not a regular file!").arg(QDir::toNativeSeparators(fifo)) },
+            QStringLiteral("无法读取文件 %1：%1: a named pipe, not a regular file!")
+                .arg(QDir::toNativeSeparators(fifo)) },
     };
     for (const auto& c : cases) {
         boxes.clear();

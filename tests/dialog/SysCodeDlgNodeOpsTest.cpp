@@ -226,9 +226,9 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteAsksFirstWhenAFloorsDrawingCannotBeRead)
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_DELETE));
     ASSERT_EQ(boxes.boxes().size(), 1); // one question for both rows
     const QString question = boxes.boxes()[0].text;
-    EXPECT_TRUE(question.startsWith(
-        QStringLiteral("以下楼层的图纸缺失或无法读取，无法确认所选系统编号是否已被使用：\n2F：图纸无法读取：%1: ")
-            .arg(twoF)))
+    EXPECT_TRUE(question.startsWith(QStringLiteral(
+        "以下楼层的图纸缺失或无法读取，无法确认所选系统编号是否已被使用：\n2F：图纸无法读取：%1: ")
+                                        .arg(twoF)))
         << question.toStdString();
     EXPECT_TRUE(question.endsWith(QStringLiteral("\n是否仍然删除?")));
     EXPECT_EQ(boxes.boxes()[0].type, 0x12134u);

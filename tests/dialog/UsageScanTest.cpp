@@ -126,7 +126,8 @@ TEST_F(UsageScanTest, UnreadableFloorsAreMarkedWithTheReason)
     EXPECT_EQ(dlg->m_usedCodeIndexes.StateOf("2F"), FloorScanState::Unreadable);
     const QStringList lines = dlg->DescribeUnreadableFloors();
     ASSERT_EQ(lines.size(), 2);
-    EXPECT_TRUE(lines[0].startsWith(QStringLiteral("B1：图纸无法读取：%1: ").arg(b1))) << lines[0].toStdString();
+    EXPECT_TRUE(lines[0].startsWith(QStringLiteral("B1：图纸无法读取：%1: ").arg(b1)))
+        << lines[0].toStdString();
     EXPECT_EQ(lines[1], QStringLiteral("2F：图纸文件不存在：%1").arg(twoF));
 
     // A floor with a readable drawing is read as ever.

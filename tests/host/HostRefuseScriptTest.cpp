@@ -11,21 +11,23 @@
 #include <sys/stat.h>
 
 namespace {
-using RefuseScript = ModuleScriptFixture;
-
-QStringList StoredNames()
+class RefuseScript : public ModuleScriptFixture
 {
-    QStringList names;
-    const CSysCodeData root = ModuleScriptFixture::StoredElectrical();
-    const auto visit = [&](auto&& self, const CSysCodeData& node) -> void {
-        for (const CSysCodeData* child : node.GetChildren()) {
-            names << child->GetFullName();
-            self(self, *child);
-        }
-    };
-    visit(visit, root);
-    return names;
-}
+protected:
+    // Every stored electrical code by its full name.
+    static QStringList StoredNames()
+    {
+        QStringList names;
+        const auto visit = [&](auto&& self, const CSysCodeData& node) -> void {
+            for (const CSysCodeData* child : node.GetChildren()) {
+                names << child->GetFullName();
+                self(self, *child);
+            }
+        };
+        visit(visit, StoredElectrical());
+        return names;
+    }
+};
 
 TEST_F(RefuseScript, AnImportOfWhatCannotBeReadIsRefusedWithItsReason)
 {
@@ -37,6 +39,7 @@ TEST_F(RefuseScript, AnImportOfWhatCannotBeReadIsRefusedWithItsReason)
         file.putChar(char((i * 7919 + 13) % 251));
     file.close();
     const QString names = project.File(QStringLiteral("names.scn"));
+    file.setFileName(names);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("<SysCodeFile Version=\"3.2.0\">\n<Code Name=\"新回路\"/>\n<Code Name=\"照明&#10;回路\"/>\n"
                "</SysCodeFile>\n");
@@ -82,29 +85,31 @@ TEST_F(RefuseScript, AFloorThatCannotBeReadMakesTheDeleteAsk)
     ASSERT_TRUE(session.Open(project.Path(), QString(), error)) << error.toStdString();
     ASSERT_TRUE(session.LoadPlugin(QStringLiteral(QV_MODULE_PLUGIN), error)) << error.toStdString();
 
-    const QString question = QStringLiteral("以下楼层的图纸缺失或无法读取，无法确认所选系统编号是否已被使用：\n"
-                                            "2F：图纸无法读取：%1\n是否仍然删除?")
-                                 .arg(reason);
-    EXPECT_EQ(Run(QStringLiteral("command bhgl\n"
-                                 "expand 区域照明\n"
-                                 "row 区域照明&车库照明\n"
-                                 "key Del\n"
-                                 "expect-box 2F：图纸无法读取：\n"
-                                 "expect-rows 公共照明 | 公共插座 | 区域照明 | >车库照明 | 机房动力 | 弱电通信\n"
-                                 "key Ctrl+U\n"
-                                 "expect-title 使用情况\n"
-                                 "expect-disabled 3202\n"
-                                 "expect-text 3203 已使用 7 个，未使用 6 个，已扫描全部楼层\n"
-                                 "expect-text 3204 2F 无法读取：图纸无法读取：%1\n"
-                                 "cancel\n"
-                                 "row 区域照明&车库照明\n"
-                                 "answer yes\n"
-                                 "key Del\n"
-                                 "expect-box 是否仍然删除?\n"
-                                 "expect-rows 公共照明 | 公共插座 | 区域照明 | 机房动力 | 弱电通信\n"
-                                 "ok\n"
-                                 "expect-title ")
-                      .arg(reason)),
+    const QString question
+        = QStringLiteral("以下楼层的图纸缺失或无法读取，无法确认所选系统编号是否已被使用：\n"
+                         "2F：图纸无法读取：%1\n是否仍然删除?")
+              .arg(reason);
+    EXPECT_EQ(
+        Run(QStringLiteral("command bhgl\n"
+                           "expand 区域照明\n"
+                           "row 区域照明&车库照明\n"
+                           "key Del\n"
+                           "expect-box 2F：图纸无法读取：\n"
+                           "expect-rows 公共照明 | 公共插座 | 区域照明 | >车库照明 | 机房动力 | 弱电通信\n"
+                           "key Ctrl+U\n"
+                           "expect-title 使用情况\n"
+                           "expect-disabled 3202\n"
+                           "expect-text 3203 已使用 7 个，未使用 6 个，已扫描全部楼层\n"
+                           "expect-text 3204 2F 无法读取：图纸无法读取：%1\n"
+                           "cancel\n"
+                           "rclick 区域照明&车库照明\n"
+                           "answer yes\n"
+                           "menu 1002\n"
+                           "expect-box 是否仍然删除?\n"
+                           "expect-rows 公共照明 | 公共插座 | 区域照明 | 机房动力 | 弱电通信\n"
+                           "ok\n"
+                           "expect-title ")
+                .arg(reason)),
         "");
     EXPECT_TRUE(History().contains(question)) << History().toStdString();
     EXPECT_TRUE(History().contains(QStringLiteral("[0x12134]")));

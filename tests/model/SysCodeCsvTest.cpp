@@ -158,14 +158,20 @@ TEST(Csv, ASheetWithoutTheCodeColumnIsRefusedWhole)
 // the good row before it still comes in.
 TEST(Csv, HostileNamesAndValuesAreRefusedWithTheirLine)
 {
-    const auto hidden = [](const char* code) { return u"系统编号中包含不可见的字符或控制字符（U+"_s + QLatin1String(code) + u"）"_s; };
+    const auto hidden = [](const char* code) {
+        return u"系统编号中包含不可见的字符或控制字符（U+"_s + QLatin1String(code) + u"）"_s;
+    };
     const std::pair<QByteArray, QString> cases[] = {
         { "\"照明\n回路\",,", hidden("000A") },
         { "照明\t回路,,", hidden("0009") },
         { "WL\x7F,,", hidden("007F") },
-        { "WL\xE2\x80\x8B" "1,,", hidden("200B") }, // a zero-width space
+        { "WL\xE2\x80\x8B"
+          "1,,",
+            hidden("200B") }, // a zero-width space
         { "WL1\xE2\x80\x8F,,", hidden("200F") }, // a right-to-left mark
-        { "A\xE2\x80\xA8" "B,,", hidden("2028") }, // a line separator
+        { "A\xE2\x80\xA8"
+          "B,,",
+            hidden("2028") }, // a line separator
         { "照明\\W\xE2\x80\x8B,,", hidden("200B") },
         { "A,99999,", u"透明度仅支持0-100的整数：99999"_s },
         { "A,-7,", u"透明度仅支持0-100的整数：-7"_s },

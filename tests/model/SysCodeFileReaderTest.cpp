@@ -64,10 +64,12 @@ TEST_F(FileReaderTest, HostileFilesAreRefusedWithTheReasonAndTheLine)
     } cases[] = {
         { "3000 random bytes", randomBytes(3000), "is not a valid system-code file: line " },
         { "empty", QByteArray(), "is not a valid system-code file: line 1:" },
-        { "backslash in a name", wrap(R"(<Code Name="a\b"/>)"), "line 2: the code name \"a\\b\" is not legal" },
+        { "backslash in a name", wrap(R"(<Code Name="a\b"/>)"),
+            "line 2: the code name \"a\\b\" is not legal" },
         { "10,000-character name", wrap("<Code Name=\"" + ten + "\"/>"), "line 2:" },
         { "duplicate siblings", wrap(R"(<Code Name="A"/><Code Name="A"/>)"), "appears twice" },
-        { "siblings one once trimmed", wrap("<Code Name=\"重复\"/>\n<Code Name=\"重复 \"/>\n<Code Name=\" 重复\"/>"),
+        { "siblings one once trimmed",
+            wrap("<Code Name=\"重复\"/>\n<Code Name=\"重复 \"/>\n<Code Name=\" 重复\"/>"),
             "line 3: the code \"重复\" appears twice" },
         { "four levels",
             wrap(R"(<Code Name="1"><Code Name="2"><Code Name="3"><Code Name="4"/></Code></Code></Code>)"),
@@ -85,7 +87,8 @@ TEST_F(FileReaderTest, HostileFilesAreRefusedWithTheReasonAndTheLine)
         { "transparency -7", wrap(R"(<Code Name="A" Alpha="-7"/>)"), "transparency -7" },
         { "width 1e308", wrap(R"(<Code Name="A" LineWidth="1e308"/>)"), "line width 1e+308" },
         { "width -30", wrap(R"(<Code Name="A" LineWidth="-30"/>)"), "line width -30" },
-        { "broken older file", "<SysCodeData Version=\"1.0\"><SysNode><Name>a/b</Name></SysNode></SysCodeData>",
+        { "broken older file",
+            "<SysCodeData Version=\"1.0\"><SysNode><Name>a/b</Name></SysNode></SysCodeData>",
             "cannot be converted" },
     };
     for (const auto& c : cases) {
@@ -149,9 +152,10 @@ TEST_F(FileReaderTest, VersionsAndTheSpecialtyOfAFileThatIsRead)
         { wrap(R"(<Code Name="A"/>)", "Version=\"" + now.ToString().toUtf8() + "\" Spec=\"给排水\""),
             SysCodeFileStatus::Read, u"给排水"_s },
         { wrap(R"(<Code Name="A"/>)", ""), SysCodeFileStatus::Read, QString() },
-        { "<SysCodeData Version=\"2.0\"><SysNode><Name>A</Name></SysNode></SysCodeData>", SysCodeFileStatus::Read,
+        { "<SysCodeData Version=\"2.0\"><SysNode><Name>A</Name></SysNode></SysCodeData>",
+            SysCodeFileStatus::Read, QString() },
+        { wrap(R"(<Code Name="A"/>)", "Version=\"" + newer.toUtf8() + "\""), SysCodeFileStatus::Newer,
             QString() },
-        { wrap(R"(<Code Name="A"/>)", "Version=\"" + newer.toUtf8() + "\""), SysCodeFileStatus::Newer, QString() },
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.bytes.toStdString());

@@ -37,8 +37,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, SysCodeSaveCheckTest,
         // Names are one once trimmed, as the name rule judges them.
         SaveCheckCase { "clash once trimmed", { { "重复", "重复 ", " 重复" } },
             SysCodeSaveStatus::SiblingDuplicate, "重复" },
-        SaveCheckCase { "hidden character", { { "A", "W\u200BL" } }, SysCodeSaveStatus::IllegalName,
-            "W\u200BL" },
+        SaveCheckCase {
+            "hidden character", { { "A", "W\u200BL" } }, SysCodeSaveStatus::IllegalName, "W\u200BL" },
         SaveCheckCase { "bad name", { { "A" }, { "B", "SYS" } }, SysCodeSaveStatus::IllegalName, "SYS" },
         SaveCheckCase { "empty name", { { "A", "" } }, SysCodeSaveStatus::IllegalName, "" },
         SaveCheckCase {

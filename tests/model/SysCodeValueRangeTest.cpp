@@ -17,9 +17,20 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 TEST(SysCodeValueRange, LineWidthsFromZeroToAHundredOrUnset)
 {
     const std::pair<double, bool> cases[] = {
-        { 0.0, true }, { 0.25, true }, { 30.0, true }, { 100.0, true }, { -1.0, true }, // -1: not set
-        { 100.01, false }, { -0.01, false }, { -30.0, false }, { -2.0, false }, { 1e308, false },
-        { -1e308, false }, { kInf, false }, { -kInf, false }, { kNaN, false },
+        { 0.0, true },
+        { 0.25, true },
+        { 30.0, true },
+        { 100.0, true },
+        { -1.0, true }, // -1: not set
+        { 100.01, false },
+        { -0.01, false },
+        { -30.0, false },
+        { -2.0, false },
+        { 1e308, false },
+        { -1e308, false },
+        { kInf, false },
+        { -kInf, false },
+        { kNaN, false },
     };
     for (const auto& [width, inRange] : cases)
         EXPECT_EQ(IsSysLineWidthInRange(width), inRange) << width;

@@ -225,7 +225,8 @@ int Import(const QString& folder, const QString& spec, const QString& file, bool
     // only when the command line says so.
     if (IsForAnotherSpec(read, spec) && !anySpec)
         return fail(err,
-            QStringLiteral("%1 holds codes of %2, not of %3: not imported (--any-spec imports it all the same)")
+            QStringLiteral(
+                "%1 holds codes of %2, not of %3: not imported (--any-spec imports it all the same)")
                 .arg(file, read.spec, spec));
     const int before = countCodes(root);
     int counter = root.GetNodeIndex();

@@ -124,9 +124,12 @@ TEST_F(ScnFile, BrokenOrHostileFilesAreRefusedAndTheTreeIsUntouched)
         { "newline in a name", wrap(R"(<Code Name="照明&#10;回路"/>)") },
         { "tab in a name", wrap(R"(<Code Name="照明&#9;回路"/>)") },
         { "DEL in a name", wrap(R"(<Code Name="WL&#127;"/>)") },
-        { "zero-width space in a name", wrap("<Code Name=\"WL\xE2\x80\x8B" "1\"/>") },
+        { "zero-width space in a name",
+            wrap("<Code Name=\"WL\xE2\x80\x8B"
+                 "1\"/>") },
         { "right-to-left mark in a name", wrap(R"(<Code Name="WL1&#x200F;"/>)") },
-        { "siblings one once trimmed", wrap(R"(<Code Name="重复"/><Code Name="重复 "/><Code Name=" 重复"/>)") },
+        { "siblings one once trimmed",
+            wrap(R"(<Code Name="重复"/><Code Name="重复 "/><Code Name=" 重复"/>)") },
         { "transparency too high", wrap(R"(<Code Name="A" Alpha="99999"/>)") },
         { "transparency below zero", wrap(R"(<Code Name="A" Alpha="-7"/>)") },
         { "width too large", wrap(R"(<Code Name="A" LineWidth="1e308"/>)") },
@@ -159,10 +162,12 @@ TEST_F(ScnFile, RefusalsNameTheLineAndTheFault)
         { "\n<Code Name=\"照明&#10;回路\"/>",
             "line 3: the code name \"照明\\u000a回路\" is not legal: the name holds the control or invisible "
             "character U+000A" },
-        { "<Code Name=\"重复\"/>\n\n<Code Name=\" 重复\"/>", "line 4: the code \"重复\" appears twice at one level" },
+        { "<Code Name=\"重复\"/>\n\n<Code Name=\" 重复\"/>",
+            "line 4: the code \"重复\" appears twice at one level" },
     };
     for (const auto& c : cases) {
-        ASSERT_TRUE(writeBytes(Path("bad.scn"), "<SysCodeFile Version=\"3.2.0\">\n" + c.body + "\n</SysCodeFile>\n"));
+        ASSERT_TRUE(
+            writeBytes(Path("bad.scn"), "<SysCodeFile Version=\"3.2.0\">\n" + c.body + "\n</SysCodeFile>\n"));
         CSysCodeData tree;
         EXPECT_FALSE(tree.ImportData(Path("bad.scn")));
         EXPECT_TRUE(QvKsDataMng::LastError().endsWith(QString::fromUtf8(c.expected)))
