@@ -23,6 +23,11 @@ CCodeUsageDlg::CCodeUsageDlg(std::function<QList<CodeUsageRow>()> rows, std::fun
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_summary = new QLabel(this);
     SetDlgCtrlID(m_summary, IDC_USAGE_SUMMARY);
+    m_floors = new QLabel(this);
+    SetDlgCtrlID(m_floors, IDC_USAGE_FLOORS);
+    m_floors->setStyleSheet(QStringLiteral("color: #b00000"));
+    m_floors->setWordWrap(true);
+    m_floors->hide();
     m_list = new QTreeWidget(this);
     SetDlgCtrlID(m_list, IDC_USAGE_LIST);
     m_list->setHeaderLabels({ QStringLiteral("系统编号"), QStringLiteral("数量"), QStringLiteral("楼层") });
@@ -42,6 +47,7 @@ CCodeUsageDlg::CCodeUsageDlg(std::function<QList<CodeUsageRow>()> rows, std::fun
     buttons->addWidget(close);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_summary);
+    layout->addWidget(m_floors);
     layout->addWidget(m_list);
     layout->addLayout(buttons);
     resize(560, 480);
@@ -51,6 +57,12 @@ CCodeUsageDlg::CCodeUsageDlg(std::function<QList<CodeUsageRow>()> rows, std::fun
 int CCodeUsageDlg::DoModal()
 {
     return exec() == QDialog::Accepted ? IDOK : IDCANCEL;
+}
+
+void CCodeUsageDlg::SetUnreadableFloors(std::function<QList<UnreadableFloor>()> floors)
+{
+    m_unreadable = std::move(floors);
+    Fill();
 }
 
 void CCodeUsageDlg::OnScanAll()
@@ -64,6 +76,17 @@ void CCodeUsageDlg::OnScanAll()
 void CCodeUsageDlg::Fill()
 {
     m_list->clear();
+    const QList<UnreadableFloor> unreadable = m_unreadable ? m_unreadable() : QList<UnreadableFloor>();
+    QStringList unreadableNames;
+    QStringList unreadableLines;
+    for (const UnreadableFloor& floor : unreadable) {
+        unreadableNames << floor.floor;
+        unreadableLines << QStringLiteral("%1 无法读取：%2").arg(floor.floor, floor.reason);
+    }
+    // Nothing a readable floor holds uses it; the unreadable ones may.
+    const QString unusedText = unreadable.isEmpty()
+        ? QStringLiteral("未使用")
+        : QStringLiteral("未使用（%1 无法读取）").arg(unreadableNames.join(QStringLiteral("、")));
     int used = 0;
     int unused = 0;
     for (const CodeUsageRow& row : m_rows()) {
@@ -79,7 +102,7 @@ void CCodeUsageDlg::Fill()
             item->setText(2, QStringLiteral("未保存"));
         } else if (row.count == 0) {
             ++unused;
-            item->setText(2, QStringLiteral("未使用"));
+            item->setText(2, unusedText);
             for (int c = 0; c < 3; ++c)
                 item->setForeground(c, QColor(128, 128, 128));
         } else {
@@ -91,5 +114,7 @@ void CCodeUsageDlg::Fill()
             .arg(used)
             .arg(unused)
             .arg(m_allFloorsScanned ? QStringLiteral("已扫描全部楼层") : QStringLiteral("仅扫描当前楼层")));
+    m_floors->setText(unreadableLines.join(QLatin1Char('\n')));
+    m_floors->setVisible(!unreadableLines.isEmpty());
     m_scanButton->setEnabled(!m_allFloorsScanned);
 }

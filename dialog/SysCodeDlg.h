@@ -72,6 +72,11 @@ public:
     void ScanOtherFloors();
     bool IsCodeIndexUsed(const QString& indexPath);
     void ScanDrawing(ZcDbDatabase* database, const QString& floor);
+    // Reads one floor's drawing file as a side database and scans it; a floor whose
+    // drawing is missing or cannot be read is marked so, with the reason.
+    void ScanFloorFile(const QString& floor);
+    // The floors tried and not read, "2F：图纸无法读取：…" a line.
+    QStringList DescribeUnreadableFloors() const;
     // Which floors use the codes of a row's subtree, and how often: one line a code.
     QStringList DescribeUsage(HTREEITEM row) const;
     // "使用情况" (Ctrl+U, or the grid header's menu).
@@ -183,6 +188,10 @@ protected:
     bool DeleteSelectedRows();
     bool IsRowInUse(HTREEITEM row);
     bool IsSubtreeInUse(HTREEITEM row);
+    // Whether a saved code of `row`'s subtree may go although a floor's drawing could
+    // not be read: the user is asked once per delete command (`answer` keeps it).
+    bool MayDeleteDespiteUnreadFloors(HTREEITEM row, std::optional<bool>& answer);
+    bool HasSavedCode(HTREEITEM row) const;
     void CopyRow(HTREEITEM row);
     // Pastes the clipboard's code with its subtree after `row`; marks the dialog
     // modified itself. The clipboard stays for further pastes.

@@ -13,6 +13,7 @@
 #include "SysCodeColumns.h"
 #include "SysCodeEditChecks.h"
 #include "SysCodeUndoGroup.h"
+#include "SysCodeValueRange.h"
 #include "WinMessageBox.h"
 
 #include <QApplication>
@@ -66,6 +67,8 @@ bool isOutside(const QWidget* editor, const QEvent* event)
 void SysCodeDlg::ConnectEditCells()
 {
     qApp->installEventFilter(this);
+    // A typed width holds to the range every way in holds to.
+    m_tree.GetComboCtrl()->SetWidthRangeCheck(&IsSysLineWidthInRange);
     connect(&m_tree, &CTreeListCtrl::editorButtonClicked, this, [this](int buttonId) {
         if (buttonId == IDC_BTN_COLOR_CELL)
             OnColorCellButton();
@@ -208,7 +211,7 @@ bool SysCodeDlg::EndNameEdit(CTreeListEditorBase* editor)
         return true;
     }
     if (result.status == NameEditStatus::Illegal) {
-        showWarning(g_strIllegalNameMsg);
+        showWarning(CQVCheckSysNameLegal::IllegalNameMessage(result.name));
         return true;
     }
     RecordSysCodeRename(m_renames, m_strSpec, GetRowFullName(row), result.fullName);
@@ -322,7 +325,9 @@ void SysCodeDlg::OnPickTextButton(int buttonId)
 // The picked name goes into the row at once when it is legal and free at its level.
 bool SysCodeDlg::TakeNameText(CTreeListEditorBase* editor, HTREEITEM row)
 {
-    const QString text = editor->GetWindowText();
+    // Taken as a typed name is: trimmed, and compared trimmed.
+    const QString text = editor->GetWindowText().trimmed();
+    editor->SetWindowText(text);
     const QString oldFullName = GetRowFullName(row);
     const QString parent = GetRowFullName(m_tree.GetParentItem(row));
     const QString fullName = parent.isEmpty() ? text : parent + QLatin1Char('\\') + text;
@@ -336,7 +341,7 @@ bool SysCodeDlg::TakeNameText(CTreeListEditorBase* editor, HTREEITEM row)
         return false;
     }
     if (!CQVCheckSysNameLegal::CheckSysNameLegal(text)) {
-        showWarning(g_strIllegalNameMsg);
+        showWarning(CQVCheckSysNameLegal::IllegalNameMessage(text));
         return false;
     }
     RecordSysCodeRename(m_renames, m_strSpec, oldFullName, fullName);

@@ -14,7 +14,9 @@
 #include "QvKsDataMng.h"
 #include "QvKsProfile.h"
 #include "QvKsXmlVertion.h"
+#include "ReadableFile.h"
 #include "SysCodeCsv.h"
+#include "SysCodeFileReader.h"
 #include "SysCodeImportPreview.h"
 #include "SysCodeMerge.h"
 #include "SysCodeUndoGroup.h"
@@ -31,6 +33,8 @@ namespace {
 const QString kScnFilter = QStringLiteral("*.scn|*.scn|");
 const QString kScnExt = QStringLiteral("scn");
 constexpr DWORD kScnDialogFlags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT;
+// A sheet of every code of a large specialty is a few MB; more is not one of ours.
+constexpr qint64 kMaxSheetBytes = 64ll << 20;
 
 // The exchange folder "系统编号" beside the settings file, made when missing.
 QString ExchangeFolder()
@@ -120,38 +124,52 @@ void SysCodeDlg::OnImport()
     m_bLineTypesChanged = true;
 }
 
+// The file is read whole before the grid is stored: a file that is refused changes
+// nothing.
 bool SysCodeDlg::ReloadFromSysCodeFile(const QString& filePath)
 {
-    CSysCodeData root;
-    if (!PreSaveForExchange(root))
-        return false;
     CSysCodeData imported;
     if (!ReadSysCodeFile(filePath, imported))
+        return false;
+    CSysCodeData root;
+    if (!PreSaveForExchange(root))
         return false;
     MergeImported(root, imported);
     return true;
 }
 
-// A file of a newer version is refused; an older one is brought up to date first.
+// A file of a newer version is refused; an older one is brought up to date first. A
+// file that cannot be read is refused with the reason and the line; one written for
+// another specialty goes in only when the user says so.
 bool SysCodeDlg::ReadSysCodeFile(const QString& filePath, CSysCodeData& imported)
 {
-    QString text;
-    CQvKsVersion fileVersion;
-    if (QvKsXmlVertion::GetXmlVersion(text, filePath) && CQvKsVersion::FromString(text, fileVersion)) {
-        const CQvKsVersion current = CQvKsVersion::Current();
-        if (fileVersion > current) {
-            MessageBoxExW(GetActiveWindow(), QStringLiteral("不支持导入高版本的系统编号") + g_strExclaim,
-                g_strCaption, kMbWarning);
-            return false;
-        }
-        // The file is brought up to date in place; when that cannot be written, the
-        // user's file stays as it was and nothing is imported.
-        if (fileVersion < current && !CISysCode::UpdataSysData(filePath)) {
-            ShowWriteFailure(DataServiceWriteFailure(filePath));
-            return false;
-        }
+    const SysCodeFileResult read = LoadSysCodeFile(filePath, imported);
+    if (read.status == SysCodeFileStatus::Newer) {
+        MessageBoxExW(GetActiveWindow(), QStringLiteral("不支持导入高版本的系统编号") + g_strExclaim,
+            g_strCaption, kMbWarning);
+        return false;
     }
-    imported.ImportData(filePath);
+    // An older file is brought up to date in place; when that cannot be written, the
+    // user's file stays as it was and nothing is imported.
+    if (read.status == SysCodeFileStatus::NotUpdated) {
+        ShowWriteFailure(DataServiceWriteFailure(filePath));
+        return false;
+    }
+    if (read.status != SysCodeFileStatus::Read) {
+        MessageBoxExW(GetActiveWindow(),
+            QStringLiteral("无法导入系统编号文件 %1：\n%2").arg(QFileInfo(filePath).fileName(), read.reason)
+                + g_strExclaim,
+            g_strCaption, kMbWarning);
+        return false;
+    }
+    if (IsForAnotherSpec(read, m_strSpec)
+        && MessageBoxExW(GetActiveWindow(),
+               QStringLiteral("文件 %1 中是“%2”专业的系统编号，是否导入到“%3”")
+                       .arg(QFileInfo(filePath).fileName(), read.spec, m_strSpec)
+                   + g_strQuestion,
+               g_strCaption, kMbQuestionDefaultNo)
+            != IDYES)
+        return false;
     return true;
 }
 
@@ -199,13 +217,16 @@ bool SysCodeDlg::WriteSpreadsheet(const CSysCodeData& root, const QString& fileP
 // the grid has; the rows that cannot be taken come back in `refused`.
 bool SysCodeDlg::ReadSpreadsheet(const QString& filePath, CSysCodeData& imported, QStringList& refused)
 {
-    QFile file(filePath);
+    QFile file;
     QString error;
     if (QFileInfo(filePath).suffix().compare(QLatin1String("xlsx"), Qt::CaseInsensitive) == 0) {
         error = QStringLiteral("工作簿（.xlsx）请另存为 CSV（UTF-8）后再导入");
-    } else if (!file.open(QIODevice::ReadOnly)) {
-        error = QStringLiteral("无法读取文件 %1：%2")
-                    .arg(QDir::toNativeSeparators(filePath), file.errorString());
+    } else if (!ReadableFile::Open(file, filePath, &error)) {
+        error = QStringLiteral("无法读取文件 %1：%2").arg(QDir::toNativeSeparators(filePath), error);
+    } else if (file.size() > kMaxSheetBytes) {
+        error = QStringLiteral("文件 %1 超过 %2 MB，不是系统编号表格")
+                    .arg(QDir::toNativeSeparators(filePath))
+                    .arg(kMaxSheetBytes >> 20);
     } else {
         CSysCodeData current;
         BuildGridRecords(current);

@@ -167,6 +167,7 @@ bool SysCodeDlg::DeleteSelectedRows()
     bool result = false;
     bool refused = false;
     QStringList usage;
+    std::optional<bool> despiteUnreadFloors;
     for (int r = count - 1; r >= 0; --r) {
         HTREEITEM row = m_tree.GetItemFromRow(r);
         if (!row || !(m_tree.GetItemState(row, LVIS_SELECTED) & LVIS_SELECTED))
@@ -182,6 +183,8 @@ bool SysCodeDlg::DeleteSelectedRows()
             usage = DescribeUsage(row) + usage;
             continue;
         }
+        if (!MayDeleteDespiteUnreadFloors(row, despiteUnreadFloors))
+            continue;
         result = m_tree.DeleteItem(row);
     }
     // The user learns which floors hold the codes that stay.
@@ -192,6 +195,37 @@ bool SysCodeDlg::DeleteSelectedRows()
             g_strCaption, kMbWarning);
     UpdateData(false);
     return result;
+}
+
+// The look-ups before have read every floor they could: a floor that could not be
+// read may still use the code, so the user decides, knowing which floors and why.
+bool SysCodeDlg::MayDeleteDespiteUnreadFloors(HTREEITEM row, std::optional<bool>& answer)
+{
+    if (!HasSavedCode(row))
+        return true;
+    const QStringList floors = DescribeUnreadableFloors();
+    if (floors.isEmpty())
+        return true;
+    if (!answer)
+        answer = MessageBoxExW(GetActiveWindow(),
+                     QStringLiteral(
+                         "以下楼层的图纸缺失或无法读取，无法确认所选系统编号是否已被使用：\n%1\n是否仍然删除")
+                             .arg(floors.join(QLatin1Char('\n')))
+                         + g_strQuestion,
+                     g_strCaption, kMbQuestionDefaultNo)
+            == IDYES;
+    return *answer;
+}
+
+bool SysCodeDlg::HasSavedCode(HTREEITEM row) const
+{
+    if (GetRowNodeIndex(row) > 0)
+        return true;
+    for (HTREEITEM c = m_tree.GetChildItem(row); c; c = m_tree.GetNextSiblingItem(c)) {
+        if (HasSavedCode(c))
+            return true;
+    }
+    return false;
 }
 
 // Only a saved code can be used by a drawing: rows made in the dialog never are.

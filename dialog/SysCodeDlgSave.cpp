@@ -2,6 +2,8 @@
 // itself as one store transaction, and the refresh of the drawing afterwards.
 #include "SysCodeDlg.h"
 
+#include "CQVCheckSysNameLegal.h"
+
 #include "CAtt.h"
 #include "CISysCode.h"
 #include "CLayerManage.h"
@@ -78,7 +80,7 @@ SysCodeSaveStatus SysCodeDlg::ValidateForSave(bool bOnOK)
                                    : QStringLiteral("%1系统编号在同级中已存在");
         ShowBox(text.arg(check.name) + g_strExclaim, kMbWarning);
     } else if (check.status == SysCodeSaveStatus::IllegalName) {
-        ShowBox(g_strIllegalNameMsg + g_strExclaim, kMbWarning);
+        ShowBox(CQVCheckSysNameLegal::IllegalNameMessage(check.name) + g_strExclaim, kMbWarning);
     }
     return check.status;
 }

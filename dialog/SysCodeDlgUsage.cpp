@@ -1,6 +1,7 @@
 // Which codes the product entities of the drawings use: the working drawing is
 // scanned on the first look-up (or when the usage is first shown), the other floors
-// only when a look-up first misses.
+// only when a look-up first misses. A floor whose drawing is missing or cannot be
+// read is remembered with the reason: what it uses is unknown, not nothing.
 #include "SysCodeDlg.h"
 
 #include "CCodeUsageDlg.h"
@@ -8,6 +9,7 @@
 #include "CQVSpecTypeInfoGet.h"
 #include "CodePathCounter.h"
 #include "IFloorMng.h"
+#include "QvKsDataMng.h"
 #include "QvKsEntity.h"
 #include "QvProInterface.h"
 #include "ZcDbBlockTable.h"
@@ -15,6 +17,7 @@
 #include "ZcDbBlockTableRecordIterator.h"
 #include "ZcDbDatabase.h"
 
+#include <QDir>
 #include <QHash>
 #include <QHeaderView>
 #include <QMenu>
@@ -34,6 +37,7 @@ void SysCodeDlg::ScanDrawing(ZcDbDatabase* database, const QString& floor)
         return;
     if (!m_scannedFloors.contains(floor))
         m_scannedFloors.append(floor);
+    m_usedCodeIndexes.MarkRead(floor);
     ZcDbBlockTable* table = nullptr;
     if (database->getBlockTable(table, ZcDb::kForRead) != Zcad::eOk || !table)
         return;
@@ -63,23 +67,49 @@ void SysCodeDlg::ScanDrawing(ZcDbDatabase* database, const QString& floor)
         m_usedCodeIndexes.insert(*it);
 }
 
+// Every floor not read yet: the other floors, and the current one too when no
+// working drawing stood for it.
 void SysCodeDlg::ScanOtherFloors()
 {
     // The current floor comes first among the scanned floors.
     m_usedCodeIndexes.Settle();
     QVector<SQvKsFloorData> floors;
-    CProj project;
-    project.GetAllFloorData(floors);
+    const bool listed = CProj().GetAllFloorData(floors);
     QvProInterface::ShowProgressDialog(true, QStringLiteral("检查非当前层是否引用该系统编号..."), nullptr);
+    if (!listed)
+        m_usedCodeIndexes.MarkUnreadable(QStringLiteral("楼层列表"), QvKsDataMng::LastError());
     for (const SQvKsFloorData& floor : floors) {
-        if (floor.strName == project.GetCurFloorName())
-            continue;
-        ZcDbDatabase side(false, false);
-        const QString file = IFloorMng::GetDwgFullNameByFloorName(floor.strName);
-        if (side.readDwgFile(file, _SH_DENYWR, false, nullptr) == Zcad::eOk)
-            ScanDrawing(&side, floor.strName);
+        if (m_usedCodeIndexes.StateOf(floor.strName) == FloorScanState::NotRead)
+            ScanFloorFile(floor.strName);
     }
     QvProInterface::ShowProgressDialog(false);
+}
+
+void SysCodeDlg::ScanFloorFile(const QString& floor)
+{
+    const QString file = IFloorMng::GetDwgFullNameByFloorName(floor);
+    if (file.isEmpty()) {
+        m_usedCodeIndexes.MarkUnreadable(floor, QStringLiteral("楼层没有图纸文件"));
+        return;
+    }
+    ZcDbDatabase side(false, false);
+    const Zcad::ErrorStatus status = side.readDwgFile(file, _SH_DENYWR, false, nullptr);
+    if (status == Zcad::eOk)
+        ScanDrawing(&side, floor);
+    else if (status == Zcad::eFileNotFound)
+        m_usedCodeIndexes.MarkUnreadable(
+            floor, QStringLiteral("图纸文件不存在：%1").arg(QDir::toNativeSeparators(file)));
+    else
+        m_usedCodeIndexes.MarkUnreadable(floor, QStringLiteral("图纸无法读取：%1").arg(side.readError()));
+}
+
+// "2F：图纸无法读取：…", one line a floor whose entities are unknown.
+QStringList SysCodeDlg::DescribeUnreadableFloors() const
+{
+    QStringList lines;
+    for (const UnreadableFloor& floor : m_usedCodeIndexes.UnreadableFloors())
+        lines << floor.floor + QStringLiteral("：") + floor.reason;
+    return lines;
 }
 
 bool SysCodeDlg::IsCodeIndexUsed(const QString& indexPath)
@@ -162,6 +192,7 @@ void SysCodeDlg::ShowCodeUsage()
             }
         },
         m_bOtherFloorsScanned, GetRowFullName(m_tree.GetCaretItem()), this);
+    dialog.SetUnreadableFloors([this] { return m_usedCodeIndexes.UnreadableFloors(); });
     dialog.DoModal();
 }
 

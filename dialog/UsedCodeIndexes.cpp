@@ -21,6 +21,34 @@ void UsedCodeIndexes::clear()
 {
     m_deferred = nullptr;
     m_paths.clear();
+    m_floors.clear();
+    m_unreadable.clear();
+}
+
+void UsedCodeIndexes::MarkRead(const QString& floor)
+{
+    m_floors.insert(floor, FloorScanState::Read);
+    m_unreadable.removeIf([&floor](const UnreadableFloor& f) { return f.floor == floor; });
+}
+
+void UsedCodeIndexes::MarkUnreadable(const QString& floor, const QString& reason)
+{
+    if (m_floors.value(floor, FloorScanState::NotRead) == FloorScanState::Unreadable)
+        return;
+    m_floors.insert(floor, FloorScanState::Unreadable);
+    m_unreadable.append({ floor, reason });
+}
+
+FloorScanState UsedCodeIndexes::StateOf(const QString& floor) const
+{
+    Settle();
+    return m_floors.value(floor, FloorScanState::NotRead);
+}
+
+QList<UnreadableFloor> UsedCodeIndexes::UnreadableFloors() const
+{
+    Settle();
+    return m_unreadable;
 }
 
 std::size_t UsedCodeIndexes::count(const QString& path) const

@@ -69,9 +69,11 @@ bool CTreeListCombo::CheckLineWidth()
     const QString text = currentText();
     if (QvString::IsDouble(text)) {
         const QString good = RoundLineWidth(text.trimmed().toDouble());
-        SetWindowText(good);
-        m_lastGoodText = good;
-        return true;
+        if (!m_widthInRange || m_widthInRange(good.toDouble())) {
+            SetWindowText(good);
+            m_lastGoodText = good;
+            return true;
+        }
     }
     SetWindowText(m_lastGoodText);
     MessageBoxExW(GetActiveWindow(), kLineWidthRange, kCaption, kWarning);

@@ -7,6 +7,8 @@
 
 #include <QComboBox>
 
+#include <functional>
+
 class CLineWidthSampleDelegate;
 
 class CTreeListCombo : public QComboBox, public CTreeListEditorBase
@@ -25,9 +27,12 @@ public:
     bool DrawsSamples() const { return m_samples; }
 
     // The line-width check: a number (QvString::IsDouble) is rounded to two decimals,
-    // written back with "%g" and kept as the last good text (true). Anything else
-    // puts the last good text back and shows "线宽支持范围0-100" (false).
+    // written back with "%g" and kept as the last good text (true). Anything else,
+    // and a rounded number the range check set by the grid's owner refuses, puts the
+    // last good text back and shows "线宽支持范围0-100" (false).
     bool CheckLineWidth();
+    // The range a typed width must lie in; without one, every number passes.
+    void SetWidthRangeCheck(std::function<bool(double)> inRange) { m_widthInRange = std::move(inRange); }
     QString GetLastGoodText() const { return m_lastGoodText; }
     void SetLastGoodText(const QString& text) { m_lastGoodText = text; }
 
@@ -45,4 +50,5 @@ private:
     QAbstractItemDelegate* m_plainDelegate;
     QString m_lastGoodText;
     bool m_samples = false;
+    std::function<bool(double)> m_widthInRange;
 };

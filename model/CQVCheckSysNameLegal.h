@@ -13,9 +13,21 @@ class CQVCheckSysNameLegal
 {
 public:
     // True when `name` (one level, not a full name) is legal: not empty or longer
-    // than kMaxSysNameLength after trimming, free of ' & \ /, and not "SYS" in any
-    // letter case. Shows nothing.
+    // than kMaxSysNameLength after trimming, free of ' & \ /, free of characters
+    // that cannot be seen or that steer the text (FindHiddenChar), and not "SYS" in
+    // any letter case. Shows nothing.
     static bool CheckSysNameLegal(QString name);
+
+    // Where `name`, trimmed, holds a control character, an invisible format
+    // character (a zero-width space, a direction mark), a line or paragraph
+    // separator, or half of a surrogate pair: its index in the trimmed name, -1 when
+    // there is none. A newline or a tab inside a name would break every list that
+    // shows one code a line, and an invisible one makes two names that look alike.
+    static qsizetype FindHiddenChar(const QString& name);
+
+    // What the user is told when CheckSysNameLegal refuses `name`: the usual text,
+    // or which hidden character the name holds (it cannot be seen in the cell).
+    static QString IllegalNameMessage(const QString& name);
 
     // The name column's validation callback of the grid's in-place editor.
     static bool OnCheckSysName(const QString& name);

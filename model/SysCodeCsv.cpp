@@ -2,6 +2,7 @@
 
 #include "CQVCheckSysNameLegal.h"
 #include "CSysCodeData.h"
+#include "SysCodeValueRange.h"
 
 #include <QHash>
 #include <QRegularExpression>
@@ -101,13 +102,13 @@ QString TakeAttributes(const QStringList& row, const std::vector<int>& at,
     if (const QString width = cell(kWidth, has); has && !width.isEmpty()) {
         bool number = false;
         const double value = width.toDouble(&number);
-        if (!number || value < 0 || value > 100)
+        if (!number || !IsSysLineWidthInRange(value))
             return QStringLiteral("线宽支持范围0-100：%1").arg(width);
         code.SetLineWidth(value);
     }
     if (const QString alpha = cell(kAlpha, has); has && !alpha.isEmpty()) {
         static const QRegularExpression digits(QStringLiteral("^\\d{1,3}$"));
-        if (!digits.match(alpha).hasMatch() || alpha.toInt() > 100)
+        if (!digits.match(alpha).hasMatch() || !IsSysAlphaInRange(alpha.toInt()))
             return QStringLiteral("透明度仅支持0-100的整数：%1").arg(alpha);
         code.SetAlpha(alpha.toInt());
     }
@@ -212,6 +213,50 @@ QList<CsvRecord> ParseCsv(const QByteArray& data)
 }
 
 namespace {
+// The line of the first byte sequence that is not UTF-8 (overlong forms, surrogates
+// and code points past U+10FFFF included); 0 when the whole text is UTF-8. A sheet
+// saved in a local code page would otherwise come in as replacement characters.
+int FirstNonUtf8Line(const QByteArray& data)
+{
+    int line = 1;
+    const auto* p = reinterpret_cast<const unsigned char*>(data.constData());
+    const qsizetype size = data.size();
+    for (qsizetype i = 0; i < size;) {
+        const unsigned char lead = p[i];
+        if (lead < 0x80) {
+            line += lead == '\n';
+            ++i;
+            continue;
+        }
+        int more = 0;
+        unsigned char low = 0x80;
+        unsigned char high = 0xBF;
+        if (lead >= 0xC2 && lead <= 0xDF) {
+            more = 1;
+        } else if (lead >= 0xE0 && lead <= 0xEF) {
+            more = 2;
+            low = lead == 0xE0 ? 0xA0 : 0x80;
+            high = lead == 0xED ? 0x9F : 0xBF;
+        } else if (lead >= 0xF0 && lead <= 0xF4) {
+            more = 3;
+            low = lead == 0xF0 ? 0x90 : 0x80;
+            high = lead == 0xF4 ? 0x8F : 0xBF;
+        } else {
+            return line;
+        }
+        if (i + more >= size)
+            return line; // cut off inside a character
+        if (p[i + 1] < low || p[i + 1] > high)
+            return line;
+        for (int k = 2; k <= more; ++k) {
+            if (p[i + k] < 0x80 || p[i + k] > 0xBF)
+                return line;
+        }
+        i += 1 + more;
+    }
+    return 0;
+}
+
 // A code new to the specialty starts as a blank row of the grid does.
 void BlankAttributes(CSysCodeData& code)
 {
@@ -304,6 +349,8 @@ private:
             return QStringLiteral("系统编号不允许超过3级：%1").arg(path);
         for (QString& level : levels) {
             level = level.trimmed();
+            if (CQVCheckSysNameLegal::FindHiddenChar(level) >= 0)
+                return CQVCheckSysNameLegal::IllegalNameMessage(level);
             if (!CQVCheckSysNameLegal::CheckSysNameLegal(level))
                 return QStringLiteral("系统编号为空、过长或含有 \\ / & ' 或为 SYS：%1").arg(path);
         }
@@ -351,6 +398,10 @@ bool ReadSysCodeCsv(const QByteArray& data, const CSysCodeData& existing,
     const std::function<COLORREF(int)>& colourOfAci, CSysCodeData& imported,
     QList<SysCodeCsvRefusal>& refused, QString& error)
 {
+    if (const int line = FirstNonUtf8Line(data); line > 0) {
+        error = QStringLiteral("第 %1 行不是 UTF-8 文本，请另存为 CSV（UTF-8）后再导入").arg(line);
+        return false;
+    }
     const QList<CsvRecord> records = ParseCsv(data);
     const QStringList titles = SysCodeCsvColumns();
     std::vector<int> at(kColumns, -1);

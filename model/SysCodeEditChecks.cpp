@@ -1,6 +1,7 @@
 #include "SysCodeEditChecks.h"
 
 #include "CQVCheckSysNameLegal.h"
+#include "SysCodeValueRange.h"
 
 NameEditResult CheckNameEdit(const QString& parentFullName, const QString& currentName, const QString& typed,
     const std::function<bool(const QString&)>& exists)
@@ -31,7 +32,7 @@ AlphaTextStatus NormaliseAlphaText(const QString& typed, QString& normalised)
         if (c < u'0' || c > u'9')
             return AlphaTextStatus::NotDigits;
         value = value * 10 + (c.unicode() - u'0');
-        if (value > 100)
+        if (!IsSysAlphaInRange(value))
             return AlphaTextStatus::OutOfRange;
     }
     normalised = QString::asprintf("%d", value);

@@ -9,10 +9,12 @@ SysCodeSaveCheck CheckSysCodesForSave(const QList<QStringList>& siblingGroups)
     for (const QStringList& group : siblingGroups) {
         QSet<QString> seen;
         seen.reserve(group.size());
+        // Names are one when they are one trimmed, as the name rule judges them.
         for (const QString& name : group) {
-            if (seen.contains(name))
-                return { SysCodeSaveStatus::SiblingDuplicate, name };
-            seen.insert(name);
+            const QString trimmed = name.trimmed();
+            if (seen.contains(trimmed))
+                return { SysCodeSaveStatus::SiblingDuplicate, trimmed };
+            seen.insert(trimmed);
         }
     }
     for (const QStringList& group : siblingGroups) {

@@ -1,7 +1,8 @@
 #pragma once
 
 // The check a specialty's codes pass before they are stored: no two codes under the
-// same parent share a name, and every name is legal. Duplicates are looked for in
+// same parent share a name (compared trimmed, so "A" and "A " are one), and every
+// name is legal. Duplicates are looked for in
 // the whole tree first, then names are judged, so the user hears of a clash before
 // a bad name.
 #include <QList>

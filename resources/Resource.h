@@ -78,6 +78,8 @@ constexpr int IDC_MERGE_ALL_MINE = 3156;
 constexpr int IDC_USAGE_LIST = 3201;
 constexpr int IDC_USAGE_SCAN_ALL = 3202;
 constexpr int IDC_USAGE_SUMMARY = 3203;
+// The floors whose drawings could not be read, one a line with the reason.
+constexpr int IDC_USAGE_FLOORS = 3204;
 
 // The find field over the grid (Ctrl+F).
 constexpr int IDC_FIND_TEXT = 3301;

@@ -1,9 +1,10 @@
 // Any bytes as a spreadsheet of codes: the reader must answer, every code it takes
-// must be a legal name at most three levels deep, and what it takes must write out
-// and read back to the same codes.
+// must be a legal trimmed name at most three levels deep with values in range, and
+// what it takes must write out and read back to the same codes.
 #include "CQVCheckSysNameLegal.h"
 #include "CSysCodeData.h"
 #include "SysCodeCsv.h"
+#include "SysCodeValueRange.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -13,7 +14,9 @@ int CheckCodes(const CSysCodeData& node, int level)
 {
     int count = 0;
     for (const CSysCodeData* child : node.GetChildren()) {
-        if (level > kMaxSysCodeLevel || !CQVCheckSysNameLegal::CheckSysNameLegal(child->GetNodeName()))
+        if (level > kMaxSysCodeLevel || !CQVCheckSysNameLegal::CheckSysNameLegal(child->GetNodeName())
+            || child->GetNodeName() != child->GetNodeName().trimmed()
+            || !SysCodeValueProblem(*child).isEmpty())
             std::abort();
         count += 1 + CheckCodes(*child, level + 1);
     }

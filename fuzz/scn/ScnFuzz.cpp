@@ -1,8 +1,12 @@
-// Fuzz target of the ".scn" readers. Whatever the input, reading must not crash,
-// and a tree that was read must write out and read back to the same tree.
+// Fuzz target of the ".scn" readers. Whatever the input, reading must not crash; a
+// tree that was read must obey every rule of the store (legal trimmed names, siblings
+// distinct once trimmed, three levels, values the dialog accepts) and write out and
+// read back to the same tree.
 #include "CSysCodeData.h"
 #include "ScnReader.h"
 #include "ScnWriter.h"
+#include "SysCodeNameRule.h"
+#include "SysCodeValueRule.h"
 
 #include <QBuffer>
 
@@ -26,6 +30,23 @@ QString dump(const CSysCodeData& node)
         text += dump(*c);
     }
     return text;
+}
+
+void checkRules(const CSysCodeData& tree)
+{
+    if (!SysCodeNameRule::TreeProblem(tree).isEmpty())
+        std::abort();
+    const auto visit = [](auto&& self, const CSysCodeData& node) -> void {
+        for (const CSysCodeData* c : node.GetChildren()) {
+            if (c->GetNodeName() != c->GetNodeName().trimmed()
+                || !SysCodeValueRule::LineWidthProblem(c->GetLineWidth()).isEmpty()
+                || !SysCodeValueRule::AlphaProblem(c->GetAlpha()).isEmpty()
+                || !SysCodeValueRule::ColorProblem(c->GetMfcColor()).isEmpty())
+                std::abort();
+            self(self, *c);
+        }
+    };
+    visit(visit, tree);
 }
 
 void checkRoundTrip(const CSysCodeData& tree)
@@ -55,9 +76,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         CSysCodeData tree;
         const bool ok
             = legacy ? ScnReader::ReadLegacy(in, tree, nullptr) : ScnReader::Read(in, tree, nullptr);
-        if (ok)
+        if (ok) {
+            checkRules(tree);
             checkRoundTrip(tree);
-        else if (tree.GetChildCount() != 0)
+        } else if (tree.GetChildCount() != 0)
             std::abort(); // a refused file must leave the tree untouched
     }
     QBuffer in;

@@ -4,6 +4,7 @@
 #include "CQvKsVersion.h"
 #include "CSysCodeData.h"
 #include "ProjectStore.h"
+#include "ReadableFile.h"
 #include "ScnReader.h"
 #include "ScnWriter.h"
 
@@ -11,9 +12,10 @@
 
 bool CISysCode::UpdataSysData(const QString& filePath)
 {
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly)) {
-        ProjectStore::Fail(QStringLiteral("%1 cannot be read: %2").arg(filePath, file.errorString()));
+    QFile file;
+    QString error;
+    if (!ReadableFile::Open(file, filePath, &error)) {
+        ProjectStore::Fail(error);
         return false;
     }
     const ScnReader::Layout layout = ScnReader::DetectLayout(file);
@@ -25,7 +27,6 @@ bool CISysCode::UpdataSysData(const QString& filePath)
     }
     file.seek(0);
     CSysCodeData tree;
-    QString error;
     if (!ScnReader::ReadLegacy(file, tree, &error)) {
         ProjectStore::Fail(QStringLiteral("%1 cannot be converted: %2").arg(filePath, error));
         return false;

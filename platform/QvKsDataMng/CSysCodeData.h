@@ -98,8 +98,10 @@ public:
     bool ExportData(const QString& filePath, const QString& spec) const;
     // Replaces this node's children with the codes of a ".scn" file of the current
     // layout. The whole file is read into a separate tree first: a broken, hostile
-    // or empty file returns false and leaves this tree untouched.
-    bool ImportData(const QString& filePath);
+    // or empty file, or anything that is not a regular file, returns false (the
+    // data service's last error says why and where) and leaves this tree untouched.
+    // `spec`, when given, receives the specialty the file was written for.
+    bool ImportData(const QString& filePath, QString* spec = nullptr);
 
 private:
     struct Index;

@@ -3,6 +3,7 @@
 
 #include "CQvKsVersion.h"
 #include "ProjectStore.h"
+#include "ReadableFile.h"
 #include "ScnReader.h"
 #include "ScnWriter.h"
 
@@ -18,15 +19,15 @@ bool CSysCodeData::ExportData(const QString& filePath, const QString& spec) cons
     return true;
 }
 
-bool CSysCodeData::ImportData(const QString& filePath)
+bool CSysCodeData::ImportData(const QString& filePath, QString* spec)
 {
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly)) {
-        ProjectStore::Fail(QStringLiteral("%1 cannot be read: %2").arg(filePath, file.errorString()));
+    QFile file;
+    QString error;
+    if (!ReadableFile::Open(file, filePath, &error)) {
+        ProjectStore::Fail(error);
         return false;
     }
-    QString error;
-    if (!ScnReader::Read(file, *this, &error)) {
+    if (!ScnReader::Read(file, *this, &error, spec)) {
         ProjectStore::Fail(QStringLiteral("%1 is not a valid system-code file: %2").arg(filePath, error));
         return false;
     }

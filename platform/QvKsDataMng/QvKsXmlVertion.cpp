@@ -3,6 +3,7 @@
 #include "ProjectStore.h"
 #include "QvKsAtomicFile.h"
 #include "QvKsDataMng.h"
+#include "ReadableFile.h"
 #include "ScnFormat.h"
 
 #include <QBuffer>
@@ -74,9 +75,10 @@ bool QvKsXmlVertion::SetXmlVersion(const QString& version, const QString& filePa
 
 bool QvKsXmlVertion::GetXmlVersion(QString& version, const QString& filePath)
 {
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return fail(QStringLiteral("%1 cannot be read: %2").arg(filePath, file.errorString()));
+    QFile file;
+    QString error;
+    if (!ReadableFile::Open(file, filePath, &error))
+        return fail(error);
     QXmlStreamReader in(&file);
     while (!in.atEnd()) {
         const auto token = in.readNext();

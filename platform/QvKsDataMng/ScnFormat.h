@@ -24,7 +24,10 @@
 // Readers refuse DTDs and entity references (no expansion attacks), files over
 // kMaxFileBytes, more than kMaxCodes codes, codes deeper than kMaxDepth levels,
 // texts over kMaxTextLength, names that break the name rule of every code
-// (SysCodeNameRule), and sibling codes of the same name.
+// (SysCodeNameRule: control and invisible characters included), sibling codes whose
+// names are one once trimmed, and values no cell of the dialog takes
+// (SysCodeValueRule). Names are taken trimmed. The root's "Spec" names the specialty
+// the file was written for, when the writer gave one.
 #include <QLatin1StringView>
 
 namespace ScnFormat {

@@ -3,6 +3,7 @@
 #include "CSysCodeData.h"
 #include "ScnFormat.h"
 #include "SysCodeNameRule.h"
+#include "SysCodeValueRule.h"
 
 #include <QIODevice>
 #include <QSet>
@@ -25,6 +26,8 @@ public:
 
     bool Run(CSysCodeData& tree);
     QString Error() const { return m_error; }
+    // The specialty the file says it was written for; empty when it says none.
+    QString Spec() const { return m_spec; }
 
 private:
     bool Fail(const QString& message);
@@ -36,10 +39,12 @@ private:
     bool ReadLegacyChildren(CSysCodeData& parent, int depth);
     bool AddChild(CSysCodeData& parent, std::unique_ptr<CSysCodeData> child, QSet<QString>& siblings);
     bool CheckText(const QString& what, const QString& text);
+    bool CheckValue(const CSysCodeData& node, const QString& problem);
 
     QXmlStreamReader m_xml;
     bool m_legacy;
     QString m_error;
+    QString m_spec;
     int m_codes = 0;
 };
 
@@ -84,6 +89,7 @@ bool Parser::Run(CSysCodeData& tree)
     const auto expected = m_legacy ? ScnFormat::kLegacyRoot : ScnFormat::kRoot;
     if (m_xml.name() != expected)
         return Fail(QStringLiteral("the root element is <%1>, not <%2>").arg(m_xml.name(), expected));
+    m_spec = m_xml.attributes().value(QLatin1String("Spec")).toString();
     if (!(m_legacy ? ReadLegacyChildren(tree, 0) : ReadLevel(tree, 0)))
         return false;
     if (!Next() || m_xml.tokenType() != QXmlStreamReader::EndDocument)
@@ -99,18 +105,45 @@ bool Parser::CheckText(const QString& what, const QString& text)
     return true;
 }
 
+// A name as a message shows it: at most 60 characters, and the characters that
+// cannot be seen or would break the message's line written as \uXXXX.
+QString Shown(const QString& name)
+{
+    QString shown;
+    for (const QChar c : name.left(60)) {
+        const auto category = c.category();
+        if (category == QChar::Other_Control || category == QChar::Other_Format
+            || category == QChar::Separator_Line || category == QChar::Separator_Paragraph)
+            shown += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            shown += c;
+    }
+    return name.size() > 60 ? shown + QStringLiteral("...") : shown;
+}
+
+// Names are taken trimmed, as the name rule judges them, so that "A" and "A " are
+// one code and not two siblings.
 bool Parser::AddChild(CSysCodeData& parent, std::unique_ptr<CSysCodeData> child, QSet<QString>& siblings)
 {
     const QString name = child->GetNodeName();
     if (const QString problem = SysCodeNameRule::NameProblem(name); !problem.isEmpty())
-        return Fail(QStringLiteral("the code name \"%1\" is not legal: %2").arg(name.left(60), problem));
-    if (siblings.contains(name))
-        return Fail(QStringLiteral("the code \"%1\" appears twice at one level").arg(name));
+        return Fail(QStringLiteral("the code name \"%1\" is not legal: %2").arg(Shown(name), problem));
+    child->SetNodeName(name.trimmed());
+    if (siblings.contains(child->GetNodeName()))
+        return Fail(QStringLiteral("the code \"%1\" appears twice at one level").arg(Shown(name.trimmed())));
     if (++m_codes > ScnFormat::kMaxCodes)
         return Fail(QStringLiteral("more than %1 codes").arg(ScnFormat::kMaxCodes));
-    siblings.insert(name);
+    siblings.insert(child->GetNodeName());
     int unused = 0;
     parent.AddDataToChild(unused, child.release(), false);
+    return true;
+}
+
+// A value no cell of the dialog would take is refused as a broken one is.
+bool Parser::CheckValue(const CSysCodeData& node, const QString& problem)
+{
+    if (!problem.isEmpty())
+        return Fail(QStringLiteral("the code \"%1\": %2").arg(Shown(node.GetNodeName()), problem));
     return true;
 }
 
@@ -158,17 +191,20 @@ bool Parser::ReadCode(CSysCodeData& node)
     const uint color = number("Color", [](const QString& s, bool* g) { return s.toUInt(g); });
     const double width = number("LineWidth", [](const QString& s, bool* g) { return s.toDouble(g); });
     node.SetAlpha(number("Alpha", [](const QString& s, bool* g) { return s.toInt(g); }));
-    if (!ok || color > 0xFFFFFFu || !std::isfinite(width))
-        return Fail(QStringLiteral("a number of the code \"%1\" is not valid").arg(text("Name").left(60)));
+    if (!ok || !std::isfinite(width))
+        return Fail(QStringLiteral("a number of the code \"%1\" is not valid").arg(Shown(text("Name"))));
     node.SetMfcColor(color);
     node.SetLineWidth(width);
+    if (!CheckValue(node, SysCodeValueRule::ColorProblem(color)))
+        return false;
     node.SetLineStyle(text("LineStyle"));
     node.SetLineString(text("LineString"));
     node.SetHorLayingMode(text("HorLayingMode"));
     node.SetVerLayingMode(text("VerLayingMode"));
     node.SetAddedMsg(text("AddedMsg"));
     node.SetDescribe(text("Describe"));
-    return true;
+    return CheckValue(node, SysCodeValueRule::LineWidthProblem(width))
+        && CheckValue(node, SysCodeValueRule::AlphaProblem(node.GetAlpha()));
 }
 
 bool Parser::ReadLegacyChildren(CSysCodeData& parent, int depth)
@@ -215,7 +251,8 @@ bool Parser::ReadLegacyNode(CSysCodeData& node, int depth)
         if (!Next())
             return false;
         if (m_xml.tokenType() == QXmlStreamReader::EndElement)
-            return true;
+            return CheckValue(node, SysCodeValueRule::LineWidthProblem(node.GetLineWidth()))
+                && CheckValue(node, SysCodeValueRule::AlphaProblem(node.GetAlpha()));
         if (m_xml.tokenType() != QXmlStreamReader::StartElement)
             return Fail(QStringLiteral("unexpected content in <%1>").arg(ScnFormat::kLegacyNode));
         const QString field = m_xml.name().toString();
@@ -264,7 +301,7 @@ bool Parser::ReadLegacyNode(CSysCodeData& node, int depth)
     }
 }
 
-bool readInto(QIODevice& in, CSysCodeData& root, QString* error, bool legacy)
+bool readInto(QIODevice& in, CSysCodeData& root, QString* error, bool legacy, QString* spec = nullptr)
 {
     if (!in.isSequential() && in.size() > ScnFormat::kMaxFileBytes) {
         if (error)
@@ -278,6 +315,8 @@ bool readInto(QIODevice& in, CSysCodeData& root, QString* error, bool legacy)
             *error = parser.Error();
         return false;
     }
+    if (spec)
+        *spec = parser.Spec();
     root.DeleteData();
     int unused = 0;
     while (tree.GetChildCount() > 0)
@@ -305,9 +344,9 @@ Layout DetectLayout(QIODevice& in)
     return Layout::Unknown;
 }
 
-bool Read(QIODevice& in, CSysCodeData& root, QString* error)
+bool Read(QIODevice& in, CSysCodeData& root, QString* error, QString* spec)
 {
-    return readInto(in, root, error, false);
+    return readInto(in, root, error, false, spec);
 }
 
 bool ReadLegacy(QIODevice& in, CSysCodeData& root, QString* error)

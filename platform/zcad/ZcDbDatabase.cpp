@@ -257,14 +257,15 @@ Zcad::ErrorStatus ZcDbDatabase::readDwgFile(
 Zcad::ErrorStatus ZcDbDatabase::readDwgFile(const QString& fileName, int, bool, const ZTCHAR*)
 {
     m_readError.clear();
-    if (fileName.isEmpty() || !QFileInfo(fileName).isFile()) {
+    if (fileName.isEmpty() || !QFileInfo::exists(fileName)) {
         m_readError = QStringLiteral("%1: no such file").arg(fileName);
         return Zcad::eFileNotFound;
     }
-    // Read while parsed: a large floor is never whole in memory.
+    // Read while parsed: a large floor is never whole in memory. A folder, a device
+    // or a pipe is refused with what it is.
     DxfFileStream stream;
     if (!stream.open(fileName)) {
-        m_readError = QStringLiteral("%1: %2").arg(fileName, stream.error());
+        m_readError = stream.error();
         return Zcad::eFileAccessErr;
     }
     ZcDbDatabase fresh(false, true);

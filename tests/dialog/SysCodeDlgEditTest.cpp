@@ -22,6 +22,8 @@
 #include "ZcUtPrintf.h"
 
 #include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QTest>
 #include <QToolButton>
@@ -234,6 +236,66 @@ TEST_F(SysCodeDlgEditTest, AWidthThatIsNoNumberWarnsOnceAndKeepsTheComboOpen)
     EXPECT_EQ(g.GetItemText(lighting, 7), "2.46");
     EXPECT_TRUE(dlg->m_bModified);
     EXPECT_EQ(g.GetCaretItem(), power);
+}
+
+// A name pasted into the cell with a character no one sees is refused, saying which.
+TEST_F(SysCodeDlgEditTest, APastedNameWithAHiddenCharacterIsRefused)
+{
+    const std::pair<QString, QString> cases[] = {
+        { QStringLiteral("动\u200B力"), QStringLiteral("系统编号中包含不可见的字符或控制字符（U+200B）!") },
+        { QStringLiteral("\u200F插座2"), QStringLiteral("系统编号中包含不可见的字符或控制字符（U+200F）!") },
+        { QStringLiteral("照明\n回路"), QStringLiteral("系统编号中包含不可见的字符或控制字符（U+000A）!") },
+    };
+    for (const auto& [pasted, message] : cases) {
+        SCOPED_TRACE(pasted.toStdString());
+        MessageBoxRecorder boxes;
+        auto dlg = open();
+        CTreeListCtrl& g = grid(*dlg);
+        HTREEITEM power = row(*dlg, QStringLiteral("动力"));
+        CTreeListEditorBase* editor = edit(*dlg, power, 0);
+        ASSERT_NE(editor, nullptr);
+        QWidget* target = typingTarget(editor);
+        auto* line = qobject_cast<QLineEdit*>(target);
+        ASSERT_NE(line, nullptr);
+        line->selectAll();
+        QGuiApplication::clipboard()->setText(pasted);
+        QTest::keyClick(target, Qt::Key_V, Qt::ControlModifier);
+        ASSERT_EQ(editor->GetWindowText(), pasted);
+        QTest::keyClick(target, Qt::Key_Return);
+        EXPECT_EQ(boxes.texts(), QStringList { message });
+        EXPECT_EQ(g.GetActiveEditor(), editor);
+        EXPECT_EQ(g.GetItemText(power, 0), QStringLiteral("动力"));
+        g.EndEditing(true, TLEND_CANCEL);
+    }
+}
+
+// A typed width holds to the range a file or a sheet holds to. (A typed -1 is
+// rounded to -0.99 first, which no range takes; -1 comes only from a file.)
+TEST_F(SysCodeDlgEditTest, AWidthOutOfRangeIsRefusedAsANonNumberIs)
+{
+    const std::pair<const char*, const char*> cases[] = { { "-30", nullptr }, { "1e308", nullptr },
+        { "100.01", nullptr }, { "100.004", "100" }, { "-1", nullptr } };
+    for (const auto& [typed, taken] : cases) {
+        SCOPED_TRACE(typed);
+        MessageBoxRecorder boxes;
+        auto dlg = open();
+        CTreeListCtrl& g = grid(*dlg);
+        HTREEITEM lighting = row(*dlg, QStringLiteral("照明"));
+        CTreeListEditorBase* editor = edit(*dlg, lighting, 7);
+        ASSERT_NE(editor, nullptr);
+        type(editor, QString::fromUtf8(typed));
+        clickCell(*dlg, row(*dlg, QStringLiteral("动力")), 5);
+        if (taken) {
+            EXPECT_TRUE(boxes.boxes().isEmpty());
+            EXPECT_EQ(g.GetItemText(lighting, 7), QString::fromUtf8(taken));
+        } else {
+            EXPECT_EQ(boxes.texts(), QStringList { QStringLiteral("线宽支持范围0-100") });
+            EXPECT_EQ(g.GetActiveEditor(), editor);
+            EXPECT_EQ(editor->GetWindowText(), "30");
+        }
+        g.EndEditing(true, TLEND_CANCEL);
+        EXPECT_EQ(g.GetItemText(lighting, 7), QString::fromUtf8(taken ? taken : "30"));
+    }
 }
 
 TEST_F(SysCodeDlgEditTest, DropDownListsOfferTheirItems)

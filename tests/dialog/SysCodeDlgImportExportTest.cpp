@@ -20,6 +20,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QTest>
 #include <QTreeWidget>
@@ -27,6 +28,8 @@
 
 #include <memory>
 #include <optional>
+
+#include <sys/stat.h>
 
 namespace {
 const QString kElectrical = QStringLiteral("电气");
@@ -288,5 +291,152 @@ TEST_F(SysCodeDlgImportExportTest, CancellingThePreviewChangesNothingAndStoresNo
     EXPECT_EQ(storedNames().first(), QStringLiteral("照明"));
     EXPECT_TRUE(dlg->m_bModified);
     EXPECT_FALSE(dlg->m_bLineTypesChanged);
+}
+} // namespace
+
+namespace {
+// A file that cannot be read is refused with a warning saying why and where: no
+// preview, no "导入完成", nothing stored, the grid as it was.
+TEST_F(SysCodeDlgImportExportTest, AFileThatCannotBeReadIsRefusedAndChangesNothing)
+{
+    const auto wrap = [](const QByteArray& body) {
+        return "<SysCodeFile Version=\"" + CQvKsVersion::Current().ToString().toUtf8() + "\">\n" + body
+            + "\n</SysCodeFile>\n";
+    };
+    QByteArray random(3000, '\0');
+    for (int i = 0; i < random.size(); ++i)
+        random[i] = char((i * 7919 + 13) % 251);
+    const QString fifo = project.folder() + QStringLiteral("/f.scn");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    const QString folder = project.folder() + QStringLiteral("/folder.scn");
+    ASSERT_TRUE(QDir().mkdir(folder));
+    // The file dialog gives a name without a suffix ".scn": a link stands for the device.
+    const QString device = project.folder() + QStringLiteral("/zero.scn");
+    ASSERT_TRUE(QFile::link(QStringLiteral("/dev/zero"), device));
+    const struct
+    {
+        const char* what;
+        QByteArray bytes; // written to the file unless `path` is given
+        QString path;
+        const char* reason; // a part of the warning
+    } cases[] = {
+        { "3000 random bytes", random, {}, "is not a valid system-code file: line " },
+        { "backslash in a name", wrap(R"(<Code Name="a\b"/>)"), {},
+            "line 2: the code name \"a\\b\" is not legal" },
+        { "10,000-character name", wrap("<Code Name=\"" + QByteArray(10000, 'n') + "\"/>"), {}, "line 2:" },
+        { "duplicate siblings", wrap("<Code Name=\"重复\"/>\n<Code Name=\"重复 \"/>"), {},
+            "line 3: the code \"重复\" appears twice at one level" },
+        { "four levels",
+            wrap(R"(<Code Name="1"><Code Name="2"><Code Name="3"><Code Name="4"/></Code></Code></Code>)"), {},
+            "deeper than 3 levels" },
+        { "entity bomb",
+            "<!DOCTYPE r [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;&a;&a;\">]>"
+                + wrap("<Code Name=\"&b;\"/>"),
+            {}, "document type declarations are not accepted" },
+        { "newline in a name", wrap(R"(<Code Name="照明&#10;回路"/>)"), {}, "U+000A" },
+        { "transparency 99999", wrap(R"(<Code Name="动力" Alpha="99999"/>)"), {}, "transparency 99999" },
+        { "width -30", wrap(R"(<Code Name="动力" LineWidth="-30"/>)"), {}, "line width -30" },
+        { "a folder", {}, folder, "a folder, not a file" },
+        { "a named pipe", {}, fifo, "a named pipe, not a regular file" },
+        { "a device", {}, device, "a device, not a regular file" },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        boxes.clear();
+        const QString path = c.path.isEmpty() ? writeFile("in.scn", c.bytes) : c.path;
+        auto dlg = open();
+        renameFirst(*dlg, QStringLiteral("灯光"));
+        FileDialogAnswer answer(path);
+        ModalDriver preview([](QDialog* d) { d->reject(); }, 500);
+        click(*dlg, IDC_BTN_IMPORT);
+        EXPECT_FALSE(preview.acted());
+        ASSERT_EQ(boxes.boxes().size(), 1);
+        const MessageBoxRequest& box = boxes.boxes().first();
+        EXPECT_EQ(box.type, kMbWarning);
+        EXPECT_TRUE(box.text.startsWith(
+            QStringLiteral("无法导入系统编号文件 %1：\n").arg(QFileInfo(path).fileName())))
+            << box.text.toStdString();
+        EXPECT_TRUE(box.text.contains(QString::fromUtf8(c.reason))) << box.text.toStdString();
+        EXPECT_TRUE(box.text.endsWith(QLatin1Char('!')));
+        EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座" }));
+        EXPECT_EQ(storedNames().first(), QStringLiteral("照明"));
+        EXPECT_EQ(storedNames().size(), 5);
+        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_FALSE(dlg->m_bLineTypesChanged);
+    }
+}
+
+// A file written for another specialty asks first, with No the default; No leaves
+// everything as it was, Yes goes on to the preview.
+TEST_F(SysCodeDlgImportExportTest, AFileOfAnotherSpecialtyAsksBeforeItGoesIn)
+{
+    QString content = currentLayout(CQvKsVersion::Current().ToString());
+    content.replace(QStringLiteral("Spec=\"电气\""), QStringLiteral("Spec=\"给排水\""));
+    const QString path = writeFile("water.scn", content.toUtf8());
+    for (const bool yes : { false, true }) {
+        SCOPED_TRACE(yes ? "yes" : "no");
+        boxes.clear();
+        if (yes)
+            boxes.queueAnswer(IDYES);
+        auto dlg = open();
+        FileDialogAnswer answer(path);
+        ModalDriver preview([](QDialog* d) { QTest::mouseClick(GetDlgItem(d, IDC_BTN_OK), Qt::LeftButton); });
+        click(*dlg, IDC_BTN_IMPORT);
+        ASSERT_GE(boxes.boxes().size(), 1);
+        EXPECT_EQ(boxes.boxes().first().text,
+            QStringLiteral("文件 water.scn 中是“给排水”专业的系统编号，是否导入到“电气”?"));
+        EXPECT_EQ(boxes.boxes().first().type, kMbQuestionDefaultNo);
+        EXPECT_EQ(preview.acted(), yes);
+        EXPECT_EQ(topNames(*dlg).contains(QStringLiteral("消防报警")), yes);
+        EXPECT_EQ(boxes.texts().contains(QStringLiteral("导入完成。")), yes);
+        if (yes) {
+            ASSERT_TRUE(QvKsDataMng::RunScript(
+                QStringLiteral("DELETE FROM sys_code WHERE spec_id = 3 AND node_index > 5;"
+                               "UPDATE sys_code SET color = 16711680 WHERE spec_id = 3 AND node_index = 4;"
+                               "UPDATE spec SET max_index = 5 WHERE spec_id = 3;")));
+        }
+    }
+}
+
+// The reload other modules ask for reads the file before it stores the grid: a
+// refused file stores nothing.
+TEST_F(SysCodeDlgImportExportTest, AReloadFromAFileThatCannotBeReadStoresNothing)
+{
+    const QString path = writeFile("bad.scn", "<SysCodeFile><Code Name=\"A/B\"/></SysCodeFile>");
+    auto dlg = open();
+    renameFirst(*dlg, QStringLiteral("灯光"));
+    EXPECT_FALSE(dlg->ReloadFromSysCodeFile(path));
+    EXPECT_EQ(storedNames().first(), QStringLiteral("照明"));
+    EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座" }));
+    ASSERT_EQ(boxes.boxes().size(), 1);
+    EXPECT_TRUE(boxes.boxes().first().text.contains(QStringLiteral("\"A/B\" is not legal")));
+}
+
+// A sheet that is not UTF-8 text, or is not a file, is refused whole before the preview.
+TEST_F(SysCodeDlgImportExportTest, ASheetThatCannotBeReadIsRefusedWhole)
+{
+    const QString fifo = project.folder() + QStringLiteral("/pipe.csv");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    const struct
+    {
+        QString path;
+        QString warning;
+    } cases[] = {
+        { writeFile("gbk.csv", "系统编号\n动力\n\xB6\xAF\xC1\xA6\n"),
+            QStringLiteral("第 3 行不是 UTF-8 文本，请另存为 CSV（UTF-8）后再导入!") },
+        { fifo,
+            QStringLiteral("无法读取文件 %1：%1: a named pipe, not a regular file!")
+                .arg(QDir::toNativeSeparators(fifo)) },
+    };
+    for (const auto& c : cases) {
+        boxes.clear();
+        auto dlg = open();
+        FileDialogAnswer answer(c.path);
+        ModalDriver preview([](QDialog* d) { d->reject(); }, 500);
+        click(*dlg, IDC_BTN_IMPORT);
+        EXPECT_FALSE(preview.acted());
+        EXPECT_EQ(boxes.texts(), QStringList { c.warning });
+        EXPECT_EQ(topNames(*dlg), QStringList({ "照明", "动力", "插座" }));
+    }
 }
 } // namespace

@@ -12,6 +12,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QTest>
@@ -199,6 +200,47 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteKeepsCodesUsedOnAnotherFloorAndSaysSoOnce)
     EXPECT_EQ(boxes.texts().size(), 1);
     EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力"));
     EXPECT_FALSE(dlg->m_bModified);
+}
+
+// A floor whose drawing cannot be read may use any code: deleting a saved code asks
+// first, once for the command, naming the floor and why, with No the default. Rows
+// never saved go without a question.
+TEST_F(SysCodeDlgNodeOpsTest, DeleteAsksFirstWhenAFloorsDrawingCannotBeRead)
+{
+    ASSERT_TRUE(project.writeFloor("2F.dxf", { "3\\4", "3\\5", "3\\1" }));
+    const QString twoF = project.folder() + QStringLiteral("/2F.dxf");
+    QFile drawing(twoF);
+    ASSERT_TRUE(drawing.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(drawing.resize(drawing.size() / 2)); // cut off: 动力, 插座 and 照明 unseen
+    drawing.close();
+    MessageBoxRecorder boxes;
+    auto dlg = open();
+    ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_ADD_SIBLING)); // 插座1, never saved
+    ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座1")), ID_MENU_DELETE));
+    EXPECT_TRUE(boxes.texts().isEmpty()) << boxes.texts().join('|').toStdString();
+    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力 | 插座"));
+
+    clickRow(*dlg, find(*dlg, QStringLiteral("动力")));
+    clickRow(*dlg, find(*dlg, QStringLiteral("插座")), Qt::ControlModifier);
+    dlg->m_bModified = false;
+    ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_DELETE));
+    ASSERT_EQ(boxes.boxes().size(), 1); // one question for both rows
+    const QString question = boxes.boxes()[0].text;
+    EXPECT_TRUE(question.startsWith(QStringLiteral(
+        "以下楼层的图纸缺失或无法读取，无法确认所选系统编号是否已被使用：\n2F：图纸无法读取：%1: ")
+                                        .arg(twoF)))
+        << question.toStdString();
+    EXPECT_TRUE(question.endsWith(QStringLiteral("\n是否仍然删除?")));
+    EXPECT_EQ(boxes.boxes()[0].type, 0x12134u);
+    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力 | 插座")); // No, the default
+    EXPECT_FALSE(dlg->m_bModified);
+
+    boxes.clear();
+    boxes.queueAnswer(IDYES);
+    ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_DELETE));
+    EXPECT_EQ(boxes.boxes().size(), 1);
+    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层"));
+    EXPECT_TRUE(dlg->m_bModified);
 }
 
 TEST_F(SysCodeDlgNodeOpsTest, ADraggedRowShowsItsPictureAndTheDropTargetThenLandsAfterIt)

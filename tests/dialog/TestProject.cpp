@@ -28,8 +28,12 @@ TestProject::TestProject(const QString& extraSql)
 {
     if (!m_dir.isValid() || !QvKsDataMng::CreateProject(m_dir.path(), QStringLiteral("测试项目")))
         return;
+    // Every floor has its drawing, as in a real project: a floor whose drawing is
+    // missing makes every delete of a saved code ask.
     m_open = QvKsDataMng::RunScript(QString::fromUtf8(kStandardSql))
-        && (extraSql.isEmpty() || QvKsDataMng::RunScript(extraSql));
+        && (extraSql.isEmpty() || QvKsDataMng::RunScript(extraSql))
+        && writeFloor(QStringLiteral("B1.dxf"), {}) && writeFloor(QStringLiteral("1F.dxf"), {})
+        && writeFloor(QStringLiteral("2F.dxf"), {});
 }
 
 TestProject::~TestProject()

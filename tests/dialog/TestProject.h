@@ -1,8 +1,8 @@
 #pragma once
 
 // A small project made for a test in a temporary folder: the five specialties,
-// floors B1, 1F (current) and 2F, and a few codes of "电气" (three levels) and
-// "给排水". Closed again when the object goes.
+// floors B1, 1F (current) and 2F with drawings that hold no product entity, and a
+// few codes of "电气" (three levels) and "给排水". Closed again when the object goes.
 #include <QList>
 #include <QString>
 #include <QTemporaryDir>

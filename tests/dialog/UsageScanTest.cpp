@@ -107,17 +107,46 @@ TEST_F(UsageScanTest, OtherFloorsReadBeforeAnyLookUpFollowTheWorkingDrawing)
         (QStringList { "照明：1F 1，B1 1", "照明\\WL1：1F 1" }));
 }
 
-TEST_F(UsageScanTest, UnreadableFloorsAreSkipped)
+// A floor whose drawing is missing or cannot be read is not taken for a floor that
+// uses nothing: it is marked, with the reason, and read floors still count.
+TEST_F(UsageScanTest, UnreadableFloorsAreMarkedWithTheReason)
 {
-    QFile broken(QDir(project.folder()).filePath("B1.dxf"));
+    const QString b1 = QDir(project.folder()).filePath("B1.dxf");
+    QFile broken(b1);
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly | QIODevice::Truncate));
     broken.write("0\nSECTION\n2\nENTITIES\n0\nLINE\n8\n"); // cut off
     broken.close();
-    QFile::remove(QDir(project.folder()).filePath("2F.dxf"));
-    ASSERT_TRUE(rewriteFloor("2F.dxf", { "3\\5" }));
+    const QString twoF = QDir(project.folder()).filePath("2F.dxf");
+    QFile::remove(twoF);
     auto dlg = open();
+    EXPECT_EQ(dlg->m_usedCodeIndexes.StateOf("B1"), FloorScanState::NotRead);
+    EXPECT_EQ(dlg->m_usedCodeIndexes.StateOf("1F"), FloorScanState::Read); // the working drawing
     EXPECT_FALSE(dlg->IsCodeIndexUsed("3\\4"));
-    EXPECT_TRUE(dlg->IsCodeIndexUsed("3\\5"));
+    EXPECT_EQ(dlg->m_usedCodeIndexes.StateOf("B1"), FloorScanState::Unreadable);
+    EXPECT_EQ(dlg->m_usedCodeIndexes.StateOf("2F"), FloorScanState::Unreadable);
+    const QStringList lines = dlg->DescribeUnreadableFloors();
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_TRUE(lines[0].startsWith(QStringLiteral("B1：图纸无法读取：%1: ").arg(b1)))
+        << lines[0].toStdString();
+    EXPECT_EQ(lines[1], QStringLiteral("2F：图纸文件不存在：%1").arg(twoF));
+
+    // A floor with a readable drawing is read as ever.
+    ASSERT_TRUE(rewriteFloor("2F.dxf", { "3\\5" }));
+    auto again = open();
+    EXPECT_TRUE(again->IsCodeIndexUsed("3\\5"));
+    EXPECT_EQ(again->DescribeUnreadableFloors().size(), 1);
+}
+
+// Without a working drawing nothing stands for the current floor: its own file is
+// read with the others.
+TEST_F(UsageScanTest, WithoutAWorkingDrawingTheCurrentFloorIsReadFromItsFile)
+{
+    zcdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    auto dlg = open();
+    EXPECT_EQ(dlg->m_usedCodeIndexes.StateOf("1F"), FloorScanState::NotRead);
+    EXPECT_TRUE(dlg->IsCodeIndexUsed("3\\77")); // only in 1F.dxf
+    EXPECT_EQ(dlg->m_usedCodeIndexes.StateOf("1F"), FloorScanState::Read);
+    EXPECT_TRUE(dlg->DescribeUnreadableFloors().isEmpty());
 }
 
 TEST_F(UsageScanTest, ErasedEntitiesStillCount)
@@ -183,4 +212,41 @@ TEST_F(UsageScanTest, TheUsageViewCountsEachCodePerFloorAndScansTheOthersOnReque
     EXPECT_EQ(current, QStringLiteral("动力")); // the grid's current code
 }
 
+} // namespace
+
+namespace {
+// "使用情况" marks a floor whose drawing cannot be read, and a code no readable floor
+// uses says which floors it may still be used on.
+TEST_F(UsageScanTest, TheUsageViewMarksFloorsThatCannotBeRead)
+{
+    const QString b1 = QDir(project.folder()).filePath("B1.dxf");
+    QFile::remove(b1);
+    ASSERT_TRUE(QDir().mkdir(b1)); // a folder where the drawing should be
+    auto dlg = open();
+    dlg->show();
+    dlg->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dlg.get()));
+    QString summary;
+    QString floors;
+    bool floorsShownBefore = true;
+    QStringList floorsColumn;
+    ModalDriver driver([&](QDialog* view) {
+        auto* floorsLabel = qobject_cast<QLabel*>(GetDlgItem(view, IDC_USAGE_FLOORS));
+        floorsShownBefore = floorsLabel->isVisible();
+        QTest::mouseClick(GetDlgItem(view, IDC_USAGE_SCAN_ALL), Qt::LeftButton);
+        summary = qobject_cast<QLabel*>(GetDlgItem(view, IDC_USAGE_SUMMARY))->text();
+        floors = floorsLabel->isVisible() ? floorsLabel->text() : QString();
+        auto* list = qobject_cast<QTreeWidget*>(GetDlgItem(view, IDC_USAGE_LIST));
+        for (int i = 0; i < list->topLevelItemCount(); ++i)
+            floorsColumn << list->topLevelItem(i)->text(2);
+        view->reject();
+    });
+    QTest::keyClick(dlg.get(), Qt::Key_U, Qt::ControlModifier);
+    ASSERT_TRUE(driver.acted());
+    EXPECT_FALSE(floorsShownBefore); // nothing was tried yet
+    EXPECT_EQ(summary, QStringLiteral("已使用 3 个，未使用 2 个，已扫描全部楼层"));
+    EXPECT_EQ(floors, QStringLiteral("B1 无法读取：图纸无法读取：%1: a folder, not a file").arg(b1));
+    EXPECT_EQ(floorsColumn,
+        (QStringList { "1F 1", "1F 1", "未使用（B1 无法读取）", "未使用（B1 无法读取）", "2F 1" }));
+}
 } // namespace

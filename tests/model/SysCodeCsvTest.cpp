@@ -154,6 +154,87 @@ TEST(Csv, ASheetWithoutTheCodeColumnIsRefusedWhole)
     }
 }
 
+// Hostile rows of a sheet: each is refused alone with its line and the reason, and
+// the good row before it still comes in.
+TEST(Csv, HostileNamesAndValuesAreRefusedWithTheirLine)
+{
+    const auto hidden = [](const char* code) {
+        return u"系统编号中包含不可见的字符或控制字符（U+"_s + QLatin1String(code) + u"）"_s;
+    };
+    const std::pair<QByteArray, QString> cases[] = {
+        { "\"照明\n回路\",,", hidden("000A") },
+        { "照明\t回路,,", hidden("0009") },
+        { "WL\x7F,,", hidden("007F") },
+        { "WL\xE2\x80\x8B"
+          "1,,",
+            hidden("200B") }, // a zero-width space
+        { "WL1\xE2\x80\x8F,,", hidden("200F") }, // a right-to-left mark
+        { "A\xE2\x80\xA8"
+          "B,,",
+            hidden("2028") }, // a line separator
+        { "照明\\W\xE2\x80\x8B,,", hidden("200B") },
+        { "A,99999,", u"透明度仅支持0-100的整数：99999"_s },
+        { "A,-7,", u"透明度仅支持0-100的整数：-7"_s },
+        { "A,,1e308", u"线宽支持范围0-100：1e308"_s },
+        { "A,,-30", u"线宽支持范围0-100：-30"_s },
+        { "A,,nan", u"线宽支持范围0-100：nan"_s },
+    };
+    for (const auto& [row, reason] : cases) {
+        const QByteArray sheet = "系统编号,透明度,线宽\n好,5,2\n" + row + "\n";
+        CSysCodeData existing;
+        CSysCodeData imported;
+        QList<SysCodeCsvRefusal> refused;
+        QString error;
+        ASSERT_TRUE(ReadSysCodeCsv(sheet, existing, {}, imported, refused, error)) << row.toStdString();
+        ASSERT_EQ(refused.size(), 1) << row.toStdString();
+        EXPECT_EQ(refused[0].line, 3) << row.toStdString();
+        EXPECT_EQ(refused[0].reason, reason) << row.toStdString();
+        ASSERT_EQ(imported.GetChildCount(), 1) << row.toStdString();
+        EXPECT_EQ(imported.GetChild(0)->GetNodeName(), u"好"_s);
+    }
+}
+
+TEST(Csv, NamesAreOneOnceTrimmedAndAnUnsetWidthIsTaken)
+{
+    const QByteArray sheet = "系统编号,线宽\n重复,-1\n重复 ,\n\" 重复\",\n重复\\ 子 ,\n";
+    CSysCodeData existing;
+    CSysCodeData imported;
+    QList<SysCodeCsvRefusal> refused;
+    QString error;
+    ASSERT_TRUE(ReadSysCodeCsv(sheet, existing, {}, imported, refused, error));
+    QStringList report;
+    for (const SysCodeCsvRefusal& r : refused)
+        report << QString::number(r.line) + u": "_s + r.reason;
+    EXPECT_EQ(report, (QStringList { u"3: 与第 2 行的 重复 重复"_s, u"4: 与第 2 行的 重复 重复"_s }));
+    ASSERT_EQ(imported.GetChildCount(), 1);
+    EXPECT_EQ(imported.GetChild(0)->GetNodeName(), u"重复"_s);
+    EXPECT_EQ(imported.GetChild(0)->GetLineWidth(), -1.0);
+    ASSERT_NE(imported.FindByFullName(u"重复\\子"_s), nullptr);
+}
+
+// A sheet in a local code page, or with bytes that are no text, is refused whole,
+// naming the line, before any row is taken.
+TEST(Csv, ASheetThatIsNotUtf8IsRefusedWholeNamingTheLine)
+{
+    const std::pair<QByteArray, int> cases[] = {
+        { "系统编号\nA\n\xD5\xD5\xC3\xF7\n", 3 }, // GBK
+        { "系统编号\n\xC0\x80\n", 2 }, // an overlong NUL
+        { "系统编号\nA\xED\xA0\x80\n", 2 }, // a surrogate
+        { "系统编号\nB\n\n\xF4\x90\x80\x80\n", 4 }, // past U+10FFFF
+        { "系统编号\nA\xE7\x85", 2 }, // cut inside a character
+        { "\xFF\xFE\x00\x00", 1 },
+    };
+    for (const auto& [sheet, line] : cases) {
+        CSysCodeData existing;
+        CSysCodeData imported;
+        QList<SysCodeCsvRefusal> refused;
+        QString error;
+        EXPECT_FALSE(ReadSysCodeCsv(sheet, existing, {}, imported, refused, error)) << line;
+        EXPECT_EQ(error, u"第 %1 行不是 UTF-8 文本，请另存为 CSV（UTF-8）后再导入"_s.arg(line));
+        EXPECT_EQ(imported.GetChildCount(), 0);
+    }
+}
+
 TEST(Csv, AHundredThousandRowsAreRead)
 {
     QByteArray sheet = "系统编号,线宽\n";

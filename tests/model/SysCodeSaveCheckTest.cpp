@@ -34,6 +34,11 @@ INSTANTIATE_TEST_SUITE_P(Cases, SysCodeSaveCheckTest,
         SaveCheckCase { "case differs", { { "a", "A" } }, SysCodeSaveStatus::Ok, {} },
         SaveCheckCase { "clash reported before an earlier bad name", { { "a/b" }, { "C", "C" } },
             SysCodeSaveStatus::SiblingDuplicate, "C" },
+        // Names are one once trimmed, as the name rule judges them.
+        SaveCheckCase { "clash once trimmed", { { "重复", "重复 ", " 重复" } },
+            SysCodeSaveStatus::SiblingDuplicate, "重复" },
+        SaveCheckCase {
+            "hidden character", { { "A", "W\u200BL" } }, SysCodeSaveStatus::IllegalName, "W\u200BL" },
         SaveCheckCase { "bad name", { { "A" }, { "B", "SYS" } }, SysCodeSaveStatus::IllegalName, "SYS" },
         SaveCheckCase { "empty name", { { "A", "" } }, SysCodeSaveStatus::IllegalName, "" },
         SaveCheckCase {

@@ -9,7 +9,7 @@
 #include "ExchangeFileName.h"
 #include "IFloorMng.h"
 #include "QvKsDataMng.h"
-#include "QvKsXmlVertion.h"
+#include "SysCodeFileReader.h"
 #include "SysCodeMerge.h"
 #include "SysCodeSettings.h"
 
@@ -204,25 +204,27 @@ int Export(
     return 0;
 }
 
-int Import(
-    const QString& folder, const QString& spec, const QString& file, QTextStream& out, QTextStream& err)
+int Import(const QString& folder, const QString& spec, const QString& file, bool anySpec, QTextStream& out,
+    QTextStream& err)
 {
     CSysCodeData root;
     if (!openSpec(folder, spec, root, err))
         return 1;
-    QString versionText;
-    CQvKsVersion version;
-    if (QvKsXmlVertion::GetXmlVersion(versionText, file) && CQvKsVersion::FromString(versionText, version)) {
-        if (version > CQvKsVersion::Current())
-            return fail(err,
-                QStringLiteral("%1 was written by a newer version (%2; this is %3): not imported")
-                    .arg(file, versionText, CQvKsVersion::Current().ToString()));
-        if (version < CQvKsVersion::Current() && !CISysCode::UpdataSysData(file))
-            return fail(err, QvKsDataMng::LastError());
-    }
     CSysCodeData imported;
-    if (!imported.ImportData(file))
-        return fail(err, QvKsDataMng::LastError());
+    const SysCodeFileResult read = LoadSysCodeFile(file, imported);
+    if (read.status == SysCodeFileStatus::Newer)
+        return fail(err,
+            QStringLiteral("%1 was written by a newer version (%2; this is %3): not imported")
+                .arg(file, read.version, CQvKsVersion::Current().ToString()));
+    if (read.status != SysCodeFileStatus::Read)
+        return fail(err, QStringLiteral("%1 is not imported: %2").arg(file, read.reason));
+    // The tool cannot ask, as the dialog does: a file of another specialty goes in
+    // only when the command line says so.
+    if (IsForAnotherSpec(read, spec) && !anySpec)
+        return fail(err,
+            QStringLiteral(
+                "%1 holds codes of %2, not of %3: not imported (--any-spec imports it all the same)")
+                .arg(file, read.spec, spec));
     // The specialty is read again inside the write, so that a save made since it
     // was opened (a drafter's OK) is merged into, never overwritten.
     if (!QvKsDataMng::BeginWrites())

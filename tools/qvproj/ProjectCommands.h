@@ -13,8 +13,9 @@ int Demo(const QString& folder, QTextStream& out, QTextStream& err);
 int Print(const QString& folder, const QString& spec, QTextStream& out, QTextStream& err);
 int Export(
     const QString& folder, const QString& spec, const QString& file, QTextStream& out, QTextStream& err);
-int Import(
-    const QString& folder, const QString& spec, const QString& file, QTextStream& out, QTextStream& err);
+// A file naming another specialty is refused unless `anySpec`.
+int Import(const QString& folder, const QString& spec, const QString& file, bool anySpec, QTextStream& out,
+    QTextStream& err);
 
 // One line describing a code and every attribute it carries.
 QString DescribeCode(const CSysCodeData& node);

@@ -18,7 +18,9 @@ void usage(QTextStream& stream)
            "  qvproj demo DIR                 make the demo project in DIR (a new folder or an empty one)\n"
            "  qvproj print DIR SPEC           print the system codes of a specialty, one line each\n"
            "  qvproj export DIR SPEC FILE.scn write a specialty's codes to a system-code file\n"
-           "  qvproj import DIR SPEC FILE.scn merge a system-code file into a specialty\n"
+           "  qvproj import DIR SPEC FILE.scn [--any-spec]\n"
+           "                                  merge a system-code file into a specialty (a file\n"
+           "                                  of another specialty only with --any-spec)\n"
            "  qvproj --help                   print this\n";
 }
 
@@ -41,7 +43,9 @@ int main(int argc, char** argv)
     else if (command == QLatin1String("export") && args.size() == 4)
         rc = ProjectCommands::Export(args[1], args[2], args[3], out, err);
     else if (command == QLatin1String("import") && args.size() == 4)
-        rc = ProjectCommands::Import(args[1], args[2], args[3], out, err);
+        rc = ProjectCommands::Import(args[1], args[2], args[3], false, out, err);
+    else if (command == QLatin1String("import") && args.size() == 5 && args[4] == QLatin1String("--any-spec"))
+        rc = ProjectCommands::Import(args[1], args[2], args[3], true, out, err);
     else {
         usage(err);
         rc = 2;

@@ -1,5 +1,7 @@
 #include "DxfFileStream.h"
 
+#include "ReadableFile.h"
+
 #include <algorithm>
 
 #include <sys/mman.h>
@@ -24,11 +26,9 @@ DxfFileStream::~DxfFileStream()
 
 bool DxfFileStream::open(const QString& fileName)
 {
-    m_file.setFileName(fileName);
-    if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        m_error = m_file.errorString();
+    // A regular file only: a pipe or a device would never end.
+    if (!ReadableFile::Open(m_file, fileName, &m_error, QIODevice::Unbuffered))
         return false;
-    }
     m_size = size_t(std::max<qint64>(m_file.size(), 0));
     if (m_size == 0)
         return true;

@@ -1,11 +1,13 @@
 // The project tool as a user runs it: demo, print, export, import, bad input.
 #include "TempProject.h"
 
+#include <QElapsedTimer>
 #include <QProcess>
 
 #include <cerrno>
 #include <cstring>
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -51,14 +53,26 @@ TEST_F(QvProjTool, ExportThenImportIntoAnotherSpecialtyAddsTheCodes)
 {
     const QString file = dir.path() + QStringLiteral("/e.scn");
     ASSERT_EQ(qvproj({ QStringLiteral("export"), demo, QStringLiteral("电气"), file }).code, 0);
-    const ToolRun imported = qvproj({ QStringLiteral("import"), demo, QStringLiteral("弱电"), file });
+    // The file says it holds 电气's codes: 弱电 takes them only when told to.
+    const QString before = qvproj({ QStringLiteral("print"), demo, QStringLiteral("弱电") }).out;
+    const ToolRun refused = qvproj({ QStringLiteral("import"), demo, QStringLiteral("弱电"), file });
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_TRUE(refused.err.endsWith(QStringLiteral(
+        "e.scn holds codes of 电气, not of 弱电: not imported (--any-spec imports it all the same)\n")))
+        << refused.err.toStdString();
+    EXPECT_EQ(qvproj({ QStringLiteral("print"), demo, QStringLiteral("弱电") }).out, before);
+    const ToolRun imported = qvproj(
+        { QStringLiteral("import"), demo, QStringLiteral("弱电"), file, QStringLiteral("--any-spec") });
     ASSERT_EQ(imported.code, 0) << imported.err.toStdString();
     const QString printed = qvproj({ QStringLiteral("print"), demo, QStringLiteral("弱电") }).out;
     EXPECT_TRUE(printed.startsWith(QStringLiteral("# 弱电: 25 codes")));
     // New codes are numbered after 弱电's highest index (12), parents first.
     EXPECT_TRUE(printed.contains(QStringLiteral("\n公共照明  index=13 "))) << printed.toStdString();
     // Importing again changes nothing but attributes.
-    ASSERT_EQ(qvproj({ QStringLiteral("import"), demo, QStringLiteral("弱电"), file }).code, 0);
+    ASSERT_EQ(
+        qvproj({ QStringLiteral("import"), demo, QStringLiteral("弱电"), file, QStringLiteral("--any-spec") })
+            .code,
+        0);
     EXPECT_EQ(qvproj({ QStringLiteral("print"), demo, QStringLiteral("弱电") }).out, printed);
 }
 
@@ -114,6 +128,45 @@ TEST_F(QvProjTool, BadInputGivesAMessageAndAFailingExitCode)
 } // namespace
 
 namespace {
+
+// What the tool cannot read it refuses at once, with the reason and the line, and
+// the specialty stays as it was.
+TEST_F(QvProjTool, ImportRefusesWhatItCannotReadAtOnce)
+{
+    const QString before = qvproj({ QStringLiteral("print"), demo, QStringLiteral("电气") }).out;
+    const QString fifo = dir.path() + QStringLiteral("/f.scn");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    const auto file = [&](const char* name, const QByteArray& body) {
+        const QString path = dir.path() + QLatin1Char('/') + QLatin1String(name);
+        EXPECT_TRUE(writeBytes(
+            path, "<SysCodeFile Version=\"3.2.0\">\n<Code Name=\"新\"/>\n" + body + "\n</SysCodeFile>\n"));
+        return path;
+    };
+    const struct
+    {
+        QString path;
+        const char* message;
+    } cases[] = {
+        { fifo, "f.scn: a named pipe, not a regular file" },
+        { dir.path(), "a folder, not a file" },
+        { file("newline.scn", R"(<Code Name="照明&#10;回路"/>)"),
+            "line 3: the code name \"照明\\u000a回路\" is not legal" },
+        { file("twice.scn", R"(<Code Name="新 "/>)"), "line 3: the code \"新\" appears twice at one level" },
+        { file("alpha.scn", R"(<Code Name="A" Alpha="99999"/>)"),
+            "line 3: the code \"A\": the transparency 99999 is outside 0 to 100" },
+        { file("width.scn", R"(<Code Name="A" LineWidth="1e308"/>)"),
+            "line 3: the code \"A\": the line width 1e+308 is outside 0 to 100 mm" },
+    };
+    for (const auto& c : cases) {
+        QElapsedTimer clock;
+        clock.start();
+        const ToolRun run = qvproj({ QStringLiteral("import"), demo, QStringLiteral("电气"), c.path });
+        EXPECT_LT(clock.elapsed(), 10000) << c.path.toStdString();
+        EXPECT_EQ(run.code, 1) << c.path.toStdString();
+        EXPECT_TRUE(run.err.contains(QString::fromUtf8(c.message))) << run.err.toStdString();
+    }
+    EXPECT_EQ(qvproj({ QStringLiteral("print"), demo, QStringLiteral("电气") }).out, before);
+}
 
 TEST_F(QvProjTool, ImportOfIllegalNamesFailsNamingTheLineAndChangesNothing)
 {

@@ -29,7 +29,8 @@ void buildTree(CSysCodeData& root)
     }
     water->SetLineWidth(0.1 + 0.2); // needs all 17 digits to come back
     water->SetMfcColor(0x00FFFFFF);
-    water->SetAlpha(-1);
+    water->SetAlpha(100);
+    zone->SetLineWidth(-1); // not set
 }
 
 const char* const kLegacy = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -119,6 +120,21 @@ TEST_F(ScnFile, BrokenOrHostileFilesAreRefusedAndTheTreeIsUntouched)
         { "foreign element", wrap(R"(<Code Name="A"><Other/></Code>)") },
         { "content after root", wrap(code) + "<More/>" },
         { "processing instruction", wrap("<?run me?>" + code) },
+        // What no cell of the dialog would take.
+        { "newline in a name", wrap(R"(<Code Name="照明&#10;回路"/>)") },
+        { "tab in a name", wrap(R"(<Code Name="照明&#9;回路"/>)") },
+        { "DEL in a name", wrap(R"(<Code Name="WL&#127;"/>)") },
+        { "zero-width space in a name",
+            wrap("<Code Name=\"WL\xE2\x80\x8B"
+                 "1\"/>") },
+        { "right-to-left mark in a name", wrap(R"(<Code Name="WL1&#x200F;"/>)") },
+        { "siblings one once trimmed",
+            wrap(R"(<Code Name="重复"/><Code Name="重复 "/><Code Name=" 重复"/>)") },
+        { "transparency too high", wrap(R"(<Code Name="A" Alpha="99999"/>)") },
+        { "transparency below zero", wrap(R"(<Code Name="A" Alpha="-7"/>)") },
+        { "width too large", wrap(R"(<Code Name="A" LineWidth="1e308"/>)") },
+        { "width below zero", wrap(R"(<Code Name="A" LineWidth="-30"/>)") },
+        { "old layout transparency", QByteArray(kLegacy).replace("<Transparency>20", "<Transparency>101") },
     };
     for (const auto& c : cases) {
         ASSERT_TRUE(writeBytes(Path("bad.scn"), c.bytes));
@@ -129,6 +145,51 @@ TEST_F(ScnFile, BrokenOrHostileFilesAreRefusedAndTheTreeIsUntouched)
     }
     CSysCodeData tree;
     EXPECT_FALSE(tree.ImportData(Path("missing.scn")));
+}
+
+// A value or a name refused says where: the line, the code and what is wrong.
+TEST_F(ScnFile, RefusalsNameTheLineAndTheFault)
+{
+    const struct
+    {
+        QByteArray body;
+        const char* expected;
+    } cases[] = {
+        { "<Code Name=\"A\"/>\n<Code Name=\"B\" Alpha=\"99999\"/>",
+            "line 3: the code \"B\": the transparency 99999 is outside 0 to 100" },
+        { "<Code Name=\"A\">\n<Code Name=\"B\" LineWidth=\"-30\"/></Code>",
+            "line 3: the code \"B\": the line width -30 is outside 0 to 100 mm" },
+        { "\n<Code Name=\"照明&#10;回路\"/>",
+            "line 3: the code name \"照明\\u000a回路\" is not legal: the name holds the control or invisible "
+            "character U+000A" },
+        { "<Code Name=\"重复\"/>\n\n<Code Name=\" 重复\"/>",
+            "line 4: the code \"重复\" appears twice at one level" },
+    };
+    for (const auto& c : cases) {
+        ASSERT_TRUE(
+            writeBytes(Path("bad.scn"), "<SysCodeFile Version=\"3.2.0\">\n" + c.body + "\n</SysCodeFile>\n"));
+        CSysCodeData tree;
+        EXPECT_FALSE(tree.ImportData(Path("bad.scn")));
+        EXPECT_TRUE(QvKsDataMng::LastError().endsWith(QString::fromUtf8(c.expected)))
+            << QvKsDataMng::LastError().toStdString();
+    }
+}
+
+// Names come in trimmed; the file's specialty is told; -1 leaves a width unset.
+TEST_F(ScnFile, NamesAreTakenTrimmedAndTheSpecialtyIsTold)
+{
+    ASSERT_TRUE(writeBytes(Path("in.scn"),
+        "<SysCodeFile Version=\"3.2.0\" Spec=\"给排水\"><Code Name=\" 生活给水 \" LineWidth=\"-1\">"
+        "<Code Name=\"&#9;低区\"/></Code></SysCodeFile>"));
+    CSysCodeData tree;
+    QString spec;
+    ASSERT_TRUE(tree.ImportData(Path("in.scn"), &spec)) << QvKsDataMng::LastError().toStdString();
+    EXPECT_EQ(spec, QStringLiteral("给排水"));
+    ASSERT_NE(tree.FindByFullName(QStringLiteral("生活给水\\低区")), nullptr);
+    EXPECT_EQ(tree.GetChild(0)->GetLineWidth(), -1.0);
+    ASSERT_TRUE(writeBytes(Path("none.scn"), "<SysCodeFile Version=\"3.2.0\"/>"));
+    EXPECT_TRUE(tree.ImportData(Path("none.scn"), &spec));
+    EXPECT_TRUE(spec.isEmpty());
 }
 
 TEST_F(ScnFile, ExportOverAnUnwritablePlaceFailsAndKeepsTheOldFile)

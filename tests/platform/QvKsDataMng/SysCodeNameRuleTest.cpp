@@ -4,7 +4,11 @@
 #include "SysCodeNameRule.h"
 #include "CISysCode.h"
 #include "CQVCheckSysNameLegal.h"
+#include "SysCodeValueRange.h"
+#include "SysCodeValueRule.h"
 #include "TempProject.h"
+
+#include <limits>
 
 namespace {
 
@@ -15,7 +19,13 @@ TEST(SysCodeNameRule, JudgesEveryNameAsTheDialogsCheckDoes)
         QStringLiteral("SYS"), QStringLiteral("sys"), QStringLiteral(" Sys "), QStringLiteral("SYS1"),
         QStringLiteral("XSYS"), QString(), QStringLiteral("   "), QString(50, QLatin1Char('n')),
         QString(51, QLatin1Char('n')), QString(50, QLatin1Char('n')) + QStringLiteral("  "),
-        QStringLiteral("A \"quoted\" <tagged>"), QStringLiteral("%1;--") };
+        QStringLiteral("A \"quoted\" <tagged>"), QStringLiteral("%1;--"),
+        // Hidden characters, inside and at the ends, in and beyond the BMP.
+        QStringLiteral("照明\n回路"), QStringLiteral("照明\t回路"), QStringLiteral("\t照明\n"),
+        QStringLiteral("WL\x7f"), QStringLiteral("WL\u200B1"), QStringLiteral("WL1\u200F"),
+        QStringLiteral("\u202EWL"), QStringLiteral("W\u2028L"), QStringLiteral("\u2029WL\u2028"),
+        QStringLiteral("WL\uFEFF"), QString::fromUtf16(u"WL\U000E0041"), QStringLiteral("WL") + QChar(0xD800),
+        QStringLiteral("WL\u00A01"), QString::fromUtf16(u"照明💡"), QString::fromUtf16(u"𠀀区") };
     for (const QString& name : names)
         EXPECT_EQ(SysCodeNameRule::NameProblem(name).isEmpty(), CQVCheckSysNameLegal::CheckSysNameLegal(name))
             << name.toStdString();
@@ -37,6 +47,11 @@ TEST(SysCodeNameRule, TreeProblemNamesTheFirstFaultyCodeByItsFullName)
             QStringLiteral("the code \"sys\" has an illegal name: \"SYS\" is reserved") },
         { { QStringLiteral("A"), QStringLiteral(" ") },
             QStringLiteral("the code \"A\\ \" has an illegal name: the name is empty") },
+        { { QStringLiteral("A"), QStringLiteral("W\u200BL") },
+            QStringLiteral("the code \"A\\W\u200BL\" has an illegal name: the name holds the control or "
+                           "invisible character U+200B") },
+        // "first " sits beside "first" at the top: one name once trimmed.
+        { { QStringLiteral("first ") }, QStringLiteral("the code \"first \" appears twice at one level") },
     };
     for (const auto& c : cases) {
         CSysCodeData root;
@@ -46,6 +61,22 @@ TEST(SysCodeNameRule, TreeProblemNamesTheFirstFaultyCodeByItsFullName)
             parent = addCode(*parent, name);
         EXPECT_EQ(SysCodeNameRule::TreeProblem(root), c.expected) << c.path.join(u'|').toStdString();
     }
+}
+
+// The data service's value rule and the module's range rule take and refuse the
+// same values.
+TEST(SysCodeValueRule, JudgesEveryValueAsTheModulesRangeRuleDoes)
+{
+    const double widths[] = { 0, 0.005, 30, 100, 100.0001, -1, -1.5, -0.0, -30, 1e308, -1e308,
+        std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN() };
+    for (const double width : widths)
+        EXPECT_EQ(SysCodeValueRule::LineWidthProblem(width).isEmpty(), IsSysLineWidthInRange(width)) << width;
+    const qint64 alphas[] = { 0, 1, 100, 101, -1, -7, 99999, std::numeric_limits<int>::max() };
+    for (const qint64 alpha : alphas)
+        EXPECT_EQ(SysCodeValueRule::AlphaProblem(alpha).isEmpty(), IsSysAlphaInRange(alpha)) << alpha;
+    const quint64 colours[] = { 0, 0xFFFFFF, 0x1000000, 0xFFFFFFFF };
+    for (const quint64 colour : colours)
+        EXPECT_EQ(SysCodeValueRule::ColorProblem(colour).isEmpty(), IsSysColorInRange(colour)) << colour;
 }
 
 TEST(SysCodeNameRule, SetSpecCodeInfosRefusesIllegalTreesAndKeepsTheStoredOne)
@@ -58,7 +89,8 @@ TEST(SysCodeNameRule, SetSpecCodeInfosRefusesIllegalTreesAndKeepsTheStoredOne)
     CSysCodeData before;
     ASSERT_TRUE(CISysCode::GetSpecCodeInfos(before, spec));
 
-    const QStringList badNames = { QStringLiteral("A/B"), QStringLiteral("SYS"), QStringLiteral("R&D") };
+    const QStringList badNames = { QStringLiteral("A/B"), QStringLiteral("SYS"), QStringLiteral("R&D"),
+        QStringLiteral("W\nL"), QStringLiteral("WL ") };
     for (const QString& bad : badNames) {
         CSysCodeData tree;
         addCode(tree, QStringLiteral("WL"), 1);

@@ -3,10 +3,15 @@
 #include "ZcSdk.h"
 
 #include <QBuffer>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <random>
+
+#include <sys/stat.h>
 
 namespace {
 QByteArray validDrawing()
@@ -128,4 +133,34 @@ TEST(DxfRobustness, EnormousCountsAreNotTrusted)
     ASSERT_EQ(pieces.length(), 1);
     EXPECT_TRUE(ZcDbAttribute::cast(static_cast<ZcDbEntity*>(pieces.at(0)))->isInvisible());
     delete static_cast<ZcDbEntity*>(pieces.at(0));
+}
+
+// A floor's drawing that is not a regular file is refused at once, saying what it is;
+// a pipe no one writes to would otherwise hold the reader for good.
+TEST(DxfRobustness, OnlyRegularFilesAreRead)
+{
+    QTemporaryDir dir;
+    const QString fifo = dir.filePath(QStringLiteral("2F.dxf"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    const struct
+    {
+        QString path;
+        Zcad::ErrorStatus status;
+        QString error;
+    } cases[] = {
+        { fifo, Zcad::eFileAccessErr, fifo + QStringLiteral(": a named pipe, not a regular file") },
+        { dir.path(), Zcad::eFileAccessErr, dir.path() + QStringLiteral(": a folder, not a file") },
+        { QStringLiteral("/dev/zero"), Zcad::eFileAccessErr,
+            QStringLiteral("/dev/zero: a device, not a regular file") },
+        { dir.filePath(QStringLiteral("none.dxf")), Zcad::eFileNotFound,
+            dir.filePath(QStringLiteral("none.dxf: no such file")) },
+    };
+    for (const auto& c : cases) {
+        ZcDbDatabase db(false, true);
+        QElapsedTimer clock;
+        clock.start();
+        EXPECT_EQ(db.readDwgFile(c.path), c.status) << c.path.toStdString();
+        EXPECT_LT(clock.elapsed(), 5000);
+        EXPECT_EQ(db.readError(), c.error);
+    }
 }
