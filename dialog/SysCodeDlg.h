@@ -259,6 +259,9 @@ protected:
     // Bill and quota items as stored now, carried from each stored path to its
     // merged one.
     bool ApplyMergeRenames(const QString& spec, const std::vector<std::pair<QString, QString>>& renames);
+    // Every bill and quota item whose path `renamed` changes is stored with the new
+    // path, and the project attributes saved.
+    bool CarryRenamesIntoItems(const std::function<QString(const QString&)>& renamed);
     void KeepStoredCodes(const CSysCodeData& root, quint64 stamp);
     // `quietWhen` tells a refusal the caller handles itself from a failure to report.
     bool StoreInOneTransaction(

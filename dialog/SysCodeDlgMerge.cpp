@@ -39,29 +39,34 @@ bool SysCodeDlg::ApplyMergeRenames(
     m_mapQdInfo.clear();
     m_mapDeInfo.clear();
     LoadPipelineInfo();
-    if (renames.empty())
-        return true;
     QHash<QString, QString> pathOf;
     for (const auto& [before, after] : renames)
         pathOf.insert(spec + QLatin1Char('\\') + before, spec + QLatin1Char('\\') + after);
+    // One look-up each: a swap of two names must not carry an item twice.
+    return CarryRenamesIntoItems([&](const QString& path) { return pathOf.value(path, path); });
+}
+
+namespace {
+template <typename Items, typename Store>
+bool carryInto(Items& byFloor, const std::function<QString(const QString&)>& renamed, Store store)
+{
     bool ok = true;
-    for (auto& [floor, items] : m_mapQdInfo) {
-        for (SQvKsQdInfo& item : items) {
-            const auto it = pathOf.constFind(item.strSysCode);
-            if (it == pathOf.cend())
+    for (auto& [floor, items] : byFloor) {
+        for (auto& item : items) {
+            const QString path = renamed(item.strSysCode);
+            if (path == item.strSysCode)
                 continue;
-            item.strSysCode = *it;
-            ok = CQtxmMng::SetQdInfo(item) && ok;
+            item.strSysCode = path;
+            ok = store(item) && ok;
         }
     }
-    for (auto& [floor, items] : m_mapDeInfo) {
-        for (SQvKsDeInfo& item : items) {
-            const auto it = pathOf.constFind(item.strSysCode);
-            if (it == pathOf.cend())
-                continue;
-            item.strSysCode = *it;
-            ok = CQtxmMng::SetQdDeInfo(item) && ok;
-        }
-    }
-    return ok && CAtt::Save();
+    return ok;
+}
+} // namespace
+
+bool SysCodeDlg::CarryRenamesIntoItems(const std::function<QString(const QString&)>& renamed)
+{
+    const bool bills = carryInto(m_mapQdInfo, renamed, &CQtxmMng::SetQdInfo);
+    const bool quotas = carryInto(m_mapDeInfo, renamed, &CQtxmMng::SetQdDeInfo);
+    return bills && quotas && CAtt::Save();
 }

@@ -4,11 +4,9 @@
 
 #include "CQVCheckSysNameLegal.h"
 
-#include "CAtt.h"
 #include "CISysCode.h"
 #include "CLayerManage.h"
 #include "CProj.h"
-#include "CQtxmMng.h"
 #include "IFaceBarCtrl.h"
 #include "IQvKsAppProfile.h"
 #include "LineTypeMgr.h"
@@ -92,26 +90,7 @@ bool SysCodeDlg::ApplyRenames()
     if (m_renames.empty() && !m_bRenamesOnly)
         return true;
     const SysCodeRenameList renames = SortSysCodeRenames(m_renames);
-    bool ok = true;
-    for (auto& [floor, items] : m_mapQdInfo) {
-        for (SQvKsQdInfo& item : items) {
-            const QString path = RenamedSysCodePath(renames, item.strSysCode);
-            if (path == item.strSysCode)
-                continue;
-            item.strSysCode = path;
-            ok = CQtxmMng::SetQdInfo(item) && ok;
-        }
-    }
-    for (auto& [floor, items] : m_mapDeInfo) {
-        for (SQvKsDeInfo& item : items) {
-            const QString path = RenamedSysCodePath(renames, item.strSysCode);
-            if (path == item.strSysCode)
-                continue;
-            item.strSysCode = path;
-            ok = CQtxmMng::SetQdDeInfo(item) && ok;
-        }
-    }
-    if (!ok || !CAtt::Save())
+    if (!CarryRenamesIntoItems([&](const QString& path) { return RenamedSysCodePath(renames, path); }))
         return false;
     m_renames.clear();
     return true;
