@@ -434,7 +434,8 @@ void Merger::SettleNames()
     QHash<int, std::vector<int>> kids = KeptChildren();
     std::vector<std::pair<int, QString>> queue { { 0, QString() } };
     for (std::size_t head = 0; head < queue.size(); ++head) {
-        const auto [parent, parentName] = queue[head];
+        const int parent = queue[head].first;
+        const QString parentName = queue[head].second;
         const auto nameOf = [&](const QString& name) {
             return parentName.isEmpty() ? name : parentName + QLatin1Char('\\') + name;
         };
