@@ -93,6 +93,25 @@ QString fieldText(const CSysCodeData& node, SysCodeField field)
     return QString();
 }
 
+// Whether two codes hold one value of the attribute; the same as comparing their
+// texts, without making them.
+bool sameField(const CSysCodeData& a, const CSysCodeData& b, SysCodeField field)
+{
+    switch (field) {
+    case SysCodeField::Color:
+        return (quint32(a.GetMfcColor()) & 0xffffff) == (quint32(b.GetMfcColor()) & 0xffffff);
+    case SysCodeField::LineWidth:
+        return a.GetLineWidth() == b.GetLineWidth()
+            || QString::number(a.GetLineWidth(), 'g', 17) == QString::number(b.GetLineWidth(), 'g', 17);
+    case SysCodeField::Alpha:
+        return a.GetAlpha() == b.GetAlpha();
+    case SysCodeField::Parent:
+        return true;
+    default:
+        return fieldText(a, field) == fieldText(b, field);
+    }
+}
+
 void copyField(CSysCodeData& to, const CSysCodeData& from, SysCodeField field)
 {
     switch (field) {
@@ -224,7 +243,7 @@ bool Merger::Changed(const Side& side, int key, const QSet<int>& receivedBy) con
     if (base.parent != now.parent || receivedBy.contains(key))
         return true;
     for (SysCodeField field : kFields) {
-        if (fieldText(*base.node, field) != fieldText(*now.node, field))
+        if (!sameField(*base.node, *now.node, field))
             return true;
     }
     return false;
@@ -244,17 +263,18 @@ void Merger::MergeBoth(int key)
     Result result = resultOf(m, key);
     for (SysCodeField field : kFields) {
         const bool parent = field == SysCodeField::Parent;
-        const QString bv = parent ? QString::number(b.parent) : fieldText(*b.node, field);
-        const QString tv = parent ? QString::number(t.parent) : fieldText(*t.node, field);
-        const QString mv = parent ? QString::number(m.parent) : fieldText(*m.node, field);
-        bool takeTheirs = mv == bv && tv != bv;
-        if (tv != bv && mv != bv && tv != mv) {
+        const auto same = [&](const Entry& x, const Entry& y) {
+            return parent ? x.parent == y.parent : sameField(*x.node, *y.node, field);
+        };
+        const bool theirsChanged = !same(t, b);
+        bool takeTheirs = theirsChanged && same(m, b);
+        if (theirsChanged && !same(m, b) && !same(t, m)) {
             SysCodeCollision c;
             c.field = field;
             c.code = fullName(m_theirs, key);
-            c.base = parent ? ParentText(m_base, key) : bv;
-            c.theirs = parent ? ParentText(m_theirs, key) : tv;
-            c.mine = parent ? ParentText(m_mine, key) : mv;
+            c.base = parent ? ParentText(m_base, key) : fieldText(*b.node, field);
+            c.theirs = parent ? ParentText(m_theirs, key) : fieldText(*t.node, field);
+            c.mine = parent ? ParentText(m_mine, key) : fieldText(*m.node, field);
             takeTheirs = Decide(c) == SysCodeMergeChoice::Theirs;
         }
         if (!takeTheirs)
@@ -514,10 +534,8 @@ void Merger::NoteFromTheirs()
                         && m_kept[key].parent == m_theirs.byKey[key].parent
                         && m_mine.byKey.value(key).parent != m_theirs.byKey[key].parent)
                         fields << SysCodeFieldTitle(field);
-                } else if (fieldText(t, field) != fieldText(b, field)
-                    && fieldText(r, field) == fieldText(t, field)
-                    && (!m_mine.byKey.contains(key)
-                        || fieldText(*m_mine.byKey[key].node, field) != fieldText(t, field))) {
+                } else if (!sameField(t, b, field) && sameField(r, t, field)
+                    && (!m_mine.byKey.contains(key) || !sameField(*m_mine.byKey[key].node, t, field))) {
                     fields << SysCodeFieldTitle(field);
                 }
             }

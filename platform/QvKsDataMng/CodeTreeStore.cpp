@@ -49,12 +49,23 @@ CSysCodeData* nodeFromRow(const SqlStatement& row)
     return node;
 }
 
-// One stored row's part of the stamp: every column, as the row is read back.
-quint64 rowStamp(const CSysCodeData& node, int index, int parent, int ord)
+// One stored row's part of the stamp: every column as the store holds it, so that
+// no text is decoded to know whether a row changed.
+quint64 rowStamp(const SqlStatement& row)
 {
-    return qHashMulti(0, index, parent, ord, node.GetNodeName(), quint32(node.GetMfcColor()),
-        node.GetLineWidth(), node.GetAlpha(), node.GetLineStyle(), node.GetLineString(),
-        node.GetHorLayingMode(), node.GetVerLayingMode(), node.GetAddedMsg(), node.GetDescribe());
+    constexpr int kColumns = 13;
+    constexpr int kLineWidth = 4;
+    constexpr int kFirstText = 6, kLastText = 11;
+    size_t hash = 0;
+    for (int col = 0; col < kColumns; ++col) {
+        if (col == 2 || (col >= kFirstText && col <= kLastText))
+            hash = qHashMulti(hash, row.Utf8(col));
+        else if (col == kLineWidth)
+            hash = qHashMulti(hash, row.Double(col));
+        else
+            hash = qHashMulti(hash, row.Int64(col));
+    }
+    return hash;
 }
 
 // Row stamps are added up, so the stamp does not depend on the order rows are met.
@@ -108,12 +119,10 @@ bool Stamp(sqlite3* db, int specId, quint64& stamp, QString* error)
 {
     SqlStatement stmt(db, kSelectRows);
     stmt.Bind(1, specId);
-    CSysCodeData row;
     quint64 sum = 0;
     std::size_t rows = 0;
     while (stmt.Next()) {
-        fillFromRow(&row, stmt);
-        sum += rowStamp(row, row.GetNodeIndex(), stmt.Int(1), stmt.Int(12));
+        sum += rowStamp(stmt);
         ++rows;
     }
     if (!stmt.Done())
@@ -141,8 +150,7 @@ bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error, quint64* 
     while (stmt.Next()) {
         rows.push_back({ stmt.Int(1), stmt.Int(12), nodeFromRow(stmt) });
         if (stamp)
-            sum += rowStamp(
-                *rows.back().node, rows.back().node->GetNodeIndex(), rows.back().parent, rows.back().ord);
+            sum += rowStamp(stmt);
     }
     std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) {
         return a.parent != b.parent ? a.parent < b.parent : a.ord < b.ord;
@@ -223,7 +231,6 @@ SaveResult Save(
     indexOf.reserve(qsizetype(order.size()) + 1);
     indexOf.insert(&root, 0);
     QHash<const CSysCodeData*, int> ordOf;
-    quint64 sum = 0;
     SqlStatement insert(db,
         "INSERT INTO sys_code(spec_id, node_index, parent_index, ord, name, color, line_width, "
         "alpha, line_style, line_string, hor_laying, ver_laying, added_msg, describe) "
@@ -233,7 +240,6 @@ SaveResult Save(
         const CSysCodeData* parent = node->GetParent();
         const int parentIndex = indexOf.value(parent);
         const int ord = ordOf[parent]++;
-        sum += rowStamp(*node, index, parentIndex, ord);
         insert.Bind(1, specId).Bind(2, index).Bind(3, parentIndex).Bind(4, ord);
         insert.Bind(5, node->GetNodeName())
             .Bind(6, qint64(node->GetMfcColor()))
@@ -246,7 +252,13 @@ SaveResult Save(
     }
     SqlStatement mark(db, "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
     mark.Bind(1, highWater).Bind(2, specId);
-    if (!mark.Exec() || !tx.Commit())
+    if (!mark.Exec())
+        return failed(QStringLiteral("the system codes cannot be saved"));
+    // The stamp of the rows as the store now holds them, read inside the write.
+    quint64 stored = 0;
+    if (written && !Stamp(db, specId, stored, error))
+        return SaveResult::Failed;
+    if (!tx.Commit())
         return failed(QStringLiteral("the system codes cannot be saved"));
     for (const auto& [node, index] : order) {
         if (node->GetNodeIndex() != index)
@@ -254,7 +266,7 @@ SaveResult Save(
     }
     root.SetNodeIndex(highWater);
     if (written)
-        *written = foldStamp(sum, order.size());
+        *written = stored;
     return SaveResult::Saved;
 }
 

@@ -131,6 +131,12 @@ QString SqlStatement::Text(int col) const
     return QString::fromUtf8(text, sqlite3_column_bytes(m_stmt, col));
 }
 
+QByteArrayView SqlStatement::Utf8(int col) const
+{
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_stmt, col));
+    return QByteArrayView(text, sqlite3_column_bytes(m_stmt, col));
+}
+
 bool SqlStatement::IsNull(int col) const
 {
     return sqlite3_column_type(m_stmt, col) == SQLITE_NULL;

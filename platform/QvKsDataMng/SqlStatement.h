@@ -2,6 +2,7 @@
 
 // A prepared SQLite statement with Qt-typed binds and columns. Text goes in and out
 // as UTF-8; the store keeps UTF-8 so the file reads the same in any SQLite client.
+#include <QByteArrayView>
 #include <QString>
 
 struct sqlite3;
@@ -35,6 +36,8 @@ public:
     qint64 Int64(int col) const;
     double Double(int col) const;
     QString Text(int col) const;
+    // The column's text as the store holds it, valid until the next step.
+    QByteArrayView Utf8(int col) const;
     bool IsNull(int col) const;
 
     // Every write (a statement run with Exec, a commit) passes here: false when it
