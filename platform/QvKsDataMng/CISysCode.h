@@ -27,8 +27,7 @@ public:
     // Sibling names must be unique.
     static bool SetSpecCodeInfos(CSysCodeData& root, const QString& spec);
 
-    enum class SaveResult
-    {
+    enum class SaveResult {
         Failed,
         Saved,
         ChangedSinceRead,

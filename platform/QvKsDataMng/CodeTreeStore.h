@@ -23,8 +23,7 @@ bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error, quint64* 
 // since it read them.
 bool Stamp(sqlite3* db, int specId, quint64& stamp, QString* error);
 
-enum class SaveResult
-{
+enum class SaveResult {
     Failed,
     Saved,
     ChangedSinceRead, // nothing written: the stored rows are not those stamped
@@ -34,7 +33,7 @@ enum class SaveResult
 // `expected`, the rows are first checked, inside that transaction, against the
 // stamp the writer read them with. `written`, when given, receives the stamp of
 // the rows stored.
-SaveResult Save(sqlite3* db, int specId, CSysCodeData& root, QString* error, const quint64* expected = nullptr,
-    quint64* written = nullptr);
+SaveResult Save(sqlite3* db, int specId, CSysCodeData& root, QString* error,
+    const quint64* expected = nullptr, quint64* written = nullptr);
 
 } // namespace CodeTreeStore

@@ -64,29 +64,30 @@ TEST_F(MergeScript, OneAttributeChangedTwoWaysIsSettledInTheMergeDialog)
 TEST_F(MergeScript, CancellingTheMergeWritesNothingAndKeepsEditing)
 {
     // qvproj print, run while the dialog stays open, shows what the store holds.
-    EXPECT_EQ(Run(QStringLiteral("command bhgl\n"
-                                 "edit 公共插座 备注\n"
-                                 "type 甲的备注\n"
-                                 "click-outside\n"
-                                 "edit 区域照明 0\n"
-                                 "type 区域照明甲\n"
-                                 "click-outside\n"
-                                 "sql UPDATE sys_code SET describe = '乙的备注' WHERE spec_id = 3 AND name = '公共插座'\n"
-                                 "ok\n"
-                                 "expect-title 合并\n"
-                                 "cancel\n"
-                                 "expect-title 系统编号管理\n"
-                                 "expect-cell 公共插座 备注 甲的备注\n"
-                                 "expect-cell 区域照明甲 0 区域照明甲\n"
-                                 "run qvproj print \"%1\" 电气\n"
-                                 "expect remark=\"乙的备注\"\n"
-                                 "expect-not 区域照明甲\n"
-                                 // Asked again on the next OK, and settled for mine this time.
-                                 "ok\n"
-                                 "expect-title 合并\n"
-                                 "click 3156\n"
-                                 "ok\n"
-                                 "expect-title ")
+    EXPECT_EQ(Run(QStringLiteral(
+                  "command bhgl\n"
+                  "edit 公共插座 备注\n"
+                  "type 甲的备注\n"
+                  "click-outside\n"
+                  "edit 区域照明 0\n"
+                  "type 区域照明甲\n"
+                  "click-outside\n"
+                  "sql UPDATE sys_code SET describe = '乙的备注' WHERE spec_id = 3 AND name = '公共插座'\n"
+                  "ok\n"
+                  "expect-title 合并\n"
+                  "cancel\n"
+                  "expect-title 系统编号管理\n"
+                  "expect-cell 公共插座 备注 甲的备注\n"
+                  "expect-cell 区域照明甲 0 区域照明甲\n"
+                  "run qvproj print \"%1\" 电气\n"
+                  "expect remark=\"乙的备注\"\n"
+                  "expect-not 区域照明甲\n"
+                  // Asked again on the next OK, and settled for mine this time.
+                  "ok\n"
+                  "expect-title 合并\n"
+                  "click 3156\n"
+                  "ok\n"
+                  "expect-title ")
                       .arg(project.Path())),
         "");
     const CSysCodeData after = StoredElectrical();
