@@ -1,9 +1,10 @@
-// Committing a rename typed into a name cell, on a specialty of 9,910 codes: Enter
+// Committing a rename typed into a name cell, on a specialty of about 10,000 or
+// 50,000 codes: Enter
 // in the open editor, the clash look-up at the code's level, the rename recorded,
 // the cell written and repainted. Compared with a bare grid of the same rows
 // committing the same text from the same editor (no dialog judging it), and with
-// the bare grid writing the text into the cell. Argument 0: the top codes and one
-// level below the first shown; 1: every row shown.
+// the bare grid writing the text into the cell. Arguments: see SizesAndShown.
+#include "BenchArgs.h"
 #include "BenchProject.h"
 #include "CTreeListCtrl.h"
 #include "CTreeListEditBtn.h"
@@ -53,7 +54,7 @@ void CommitCounters(benchmark::State& state, const CTreeListCtrl& grid, qint64 c
 {
     state.counters["commit_ms"] = double(commitNs) / 1e6 / double(std::max<int64_t>(1, state.iterations()));
     state.counters["rows_shown"] = grid.GetItemCount();
-    state.counters["codes"] = kBenchCodes;
+    state.counters["codes"] = BenchCodeCount(int(state.range(0)));
 }
 
 // A free name and back to the code's own: every commit is an accepted rename.
@@ -61,19 +62,18 @@ const QString kNewName = QStringLiteral("WL改名");
 
 void BM_CommitRename(benchmark::State& state)
 {
-    TheBenchProject();
     int boxes = 0;
     SetMessageBoxHandler([&](const MessageBoxRequest&) {
         ++boxes;
         return IDOK;
     });
     SysCodeDlg dlg;
-    dlg.m_strSpec = TheBenchProject().Spec();
+    dlg.m_strSpec = TheBenchProject().Spec(int(state.range(0)));
     dlg.OnInitDialog();
     dlg.resize(1200, 1600);
     dlg.show();
     CTreeListCtrl& grid = dlg.m_tree;
-    Expand(grid, state.range(0));
+    Expand(grid, state.range(1) != 0);
     QApplication::processEvents();
     HTREEITEM row = Worked(grid);
     const QString names[2] = { kNewName, grid.GetItemText(row, 0) };
@@ -98,7 +98,7 @@ void BM_CommitRename(benchmark::State& state)
     CommitCounters(state, grid, commitNs);
     SetMessageBoxHandler({});
 }
-BENCHMARK(BM_CommitRename)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CommitRename)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 // A grid holding the dialog's rows, expanded and shown the same way.
 struct BareGrid
@@ -106,10 +106,9 @@ struct BareGrid
     SysCodeDlg source;
     CTreeListCtrl grid;
 
-    explicit BareGrid(bool all)
+    BareGrid(int size, bool all)
     {
-        TheBenchProject();
-        source.m_strSpec = TheBenchProject().Spec();
+        source.m_strSpec = TheBenchProject().Spec(size);
         source.OnInitDialog();
         for (const SysCodeColumnInfo& c : SysCodeColumnSet(true))
             grid.InsertColumn(c.logical, c.title, c.format, c.width);
@@ -129,7 +128,7 @@ struct BareGrid
 // written, the editor hidden and the grid repainted; no dialog to judge the name.
 void BM_BareGridCommit(benchmark::State& state)
 {
-    BareGrid bare(state.range(0));
+    BareGrid bare(int(state.range(0)), state.range(1) != 0);
     CTreeListCtrl& grid = bare.grid;
     HTREEITEM row = Worked(grid);
     const QString names[2] = { kNewName, grid.GetItemText(row, 0) };
@@ -153,11 +152,11 @@ void BM_BareGridCommit(benchmark::State& state)
         state.SkipWithError("the edit did not end");
     CommitCounters(state, grid, commitNs);
 }
-BENCHMARK(BM_BareGridCommit)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareGridCommit)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_BareSetItemText(benchmark::State& state)
 {
-    BareGrid bare(state.range(0));
+    BareGrid bare(int(state.range(0)), state.range(1) != 0);
     CTreeListCtrl& grid = bare.grid;
     HTREEITEM row = Worked(grid);
     const QString names[2] = { kNewName, grid.GetItemText(row, 0) };
@@ -167,7 +166,7 @@ void BM_BareSetItemText(benchmark::State& state)
         QApplication::processEvents();
     }
     state.counters["rows_shown"] = grid.GetItemCount();
-    state.counters["codes"] = kBenchCodes;
+    state.counters["codes"] = BenchCodeCount(int(state.range(0)));
 }
-BENCHMARK(BM_BareSetItemText)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareSetItemText)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 } // namespace

@@ -1,9 +1,12 @@
-// Opening the management dialog on a specialty of about 10,000 codes (store read,
-// fill and first paint) against filling the bare grid with the same rows; the same
-// opening with a working drawing of 20 MB and of 100 MB, whose scan waits for the
-// first question about a code's use, and that opening with its first question;
-// and the usage scan of ten other floors' drawings of about 20 MB each (pipes sharing
-// forty codes, or each with its own) against reading the same files line by line.
+// Opening the management dialog on a specialty of about 10,000 or 50,000 codes (the
+// first argument; store read, fill and first paint), refilling it as a specialty
+// switch does, taking in a file of the same codes and undoing that, against filling
+// the bare grid with the same rows; the opening with a working drawing of 20 MB and
+// of 100 MB, whose scan waits for the first question about a code's use, and that
+// opening with its first question; and the usage scan of ten other floors' drawings
+// of about 20 MB each (pipes sharing forty codes, or each with its own) against
+// reading the same files line by line.
+#include "BenchBareGrid.h"
 #include "BenchProject.h"
 #include "CISysCode.h"
 #include "CSysCodeData.h"
@@ -37,25 +40,37 @@ constexpr qint64 kFloorBytes = 20LL * 1024 * 1024;
 struct DialogBenchProject
 {
     QTemporaryDir dir;
-    CSysCodeData tree;
+    std::map<int, CSysCodeData> trees;
     qint64 floorBytes = 0;
     bool floorsOwnCodes = false;
 
     DialogBenchProject()
     {
         QvKsDataMng::CreateProject(dir.path(), QStringLiteral("基准"));
-        QString sql = QStringLiteral("INSERT INTO spec(spec_id, name, ord) VALUES (3, '电气', 1);"
-                                     "UPDATE meta SET value = '电气' WHERE key = 'current_spec';"
-                                     "UPDATE meta SET value = 'F0' WHERE key = 'current_floor';");
-        for (int f = 0; f <= kFloors; ++f)
+        QString sql = BenchProjectSql();
+        for (int f = 1; f <= kFloors; ++f)
             sql += QStringLiteral(
                 "INSERT INTO floor(floor_id, name, ord, dwg_file) VALUES (%1, 'F%1', %1, 'F%1.dxf');")
                        .arg(f);
         QvKsDataMng::RunScript(sql);
-        CSysCodeData root;
-        MakeBenchCodeTree(root);
-        CISysCode::SetSpecCodeInfos(root, QStringLiteral("电气"));
-        CISysCode::GetSpecCodeInfos(tree, QStringLiteral("电气"));
+    }
+
+    // The specialty of a size, stored on first use.
+    QString spec(int size)
+    {
+        tree(size);
+        return BenchSpec(size);
+    }
+
+    // The tree of a size as the store gives it back.
+    const CSysCodeData& tree(int size)
+    {
+        auto [it, added] = trees.try_emplace(size);
+        if (added) {
+            StoreBenchSpec(size);
+            CISysCode::GetSpecCodeInfos(it->second, BenchSpec(size));
+        }
+        return it->second;
     }
 
     // The other floors' drawings, about 20 MB each: with `ownCodes` every pipe
@@ -90,28 +105,14 @@ DialogBenchProject& project()
     return p;
 }
 
-void fillBareGrid(CTreeListCtrl& grid, const CSysCodeData& node, HTREEITEM parent)
+// Opens the dialog on the specialty of `size`, shows it and paints it once; with
+// `firstLookUp`, then asks whether a code is used, as a delete does first.
+void openDialog(benchmark::State& state, int size, bool firstLookUp)
 {
-    for (const CSysCodeData* child : node.GetChildren()) {
-        const QStringList texts = SysCodeCellTexts(*child, true);
-        HTREEITEM row = grid.InsertItem(texts.at(0), parent);
-        for (int c = 0; c < kSysCodeColumnCount; ++c) {
-            if (c > 0)
-                grid.SetItemText(row, texts.at(c), c);
-            grid.SetItemBackColor(row, c == kColColor ? child->GetMfcColor() : kSysCodeGridBkColor, c);
-        }
-        grid.SetItemColor(row, child->GetMfcColor(), kColColor);
-        fillBareGrid(grid, *child, row);
-    }
-}
-
-// Opens the dialog, shows it and paints it once; with `firstLookUp`, then asks
-// whether a code is used, as a delete does first.
-void openDialog(benchmark::State& state, bool firstLookUp)
-{
+    const QString spec = project().spec(size);
     for (auto _ : state) {
         SysCodeDlg dlg;
-        dlg.m_strSpec = QStringLiteral("电气");
+        dlg.m_strSpec = spec;
         dlg.OnInitDialog();
         dlg.show();
         QApplication::processEvents();
@@ -120,15 +121,14 @@ void openDialog(benchmark::State& state, bool firstLookUp)
         if (firstLookUp)
             benchmark::DoNotOptimize(dlg.IsCodeIndexUsed(QStringLiteral("3\\1")));
     }
-    state.counters["codes"] = 9910;
+    state.counters["codes"] = BenchCodeCount(size);
 }
 
 void BM_OpenDialog(benchmark::State& state)
 {
-    project();
-    openDialog(state, false);
+    openDialog(state, int(state.range(0)), false);
 }
-BENCHMARK(BM_OpenDialog)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OpenDialog)->Arg(kBenchSmall)->Arg(kBenchLarge)->Unit(benchmark::kMillisecond);
 
 // A working drawing of about `megabytes` MB whose pipes use the specialty's codes,
 // read once and kept for the runs.
@@ -163,7 +163,7 @@ void openWithDrawing(benchmark::State& state, bool firstLookUp)
 {
     project();
     zcdbHostApplicationServices()->setWorkingDatabase(workingDrawing(int(state.range(0))));
-    openDialog(state, firstLookUp);
+    openDialog(state, kBenchSmall, firstLookUp);
     zcdbHostApplicationServices()->setWorkingDatabase(nullptr);
     state.counters["MB"] = double(state.range(0));
 }
@@ -184,7 +184,7 @@ BENCHMARK(BM_OpenDialogWithDrawingFirstLookUp)->Arg(100)->Unit(benchmark::kMilli
 
 void BM_BareGridSameRows(benchmark::State& state)
 {
-    const CSysCodeData& tree = project().tree;
+    const CSysCodeData& tree = project().tree(int(state.range(0)));
     QSize gridSize;
     {
         SysCodeDlg probe;
@@ -193,39 +193,109 @@ void BM_BareGridSameRows(benchmark::State& state)
     for (auto _ : state) {
         CTreeListCtrl grid;
         grid.resize(gridSize);
-        for (const SysCodeColumnInfo& c : SysCodeColumnSet(true))
-            grid.InsertColumn(c.logical, c.title, c.format, c.width);
-        fillBareGrid(grid, tree, TVI_ROOT);
+        InsertBareColumns(grid);
+        FillBareGrid(grid, tree, TVI_ROOT);
         grid.show();
         QApplication::processEvents();
         grid.grab();
         benchmark::DoNotOptimize(grid.GetItemCount());
     }
+    state.counters["codes"] = BenchCodeCount(int(state.range(0)));
 }
-BENCHMARK(BM_BareGridSameRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareGridSameRows)->Arg(kBenchSmall)->Arg(kBenchLarge)->Unit(benchmark::kMillisecond);
 
-// Refilling the grid of an open dialog (store read and rows).
+// The dialog open and shown on the specialty of a size; the import's steps reached.
+struct ShownDialog : SysCodeDlg
+{
+    using SysCodeDlg::MergeImported;
+    using SysCodeDlg::PreSaveForExchange;
+
+    explicit ShownDialog(const QString& spec)
+    {
+        m_strSpec = spec;
+        OnInitDialog();
+        show();
+        QApplication::processEvents();
+    }
+    // What the event loop does next, and the grid's picture as the bare fill takes it.
+    void repaint()
+    {
+        QApplication::processEvents();
+        m_tree.grab();
+    }
+};
+
+// Refilling the grid of an open dialog as a specialty switch does (store read,
+// rows, repaint).
 void BM_DialogRefill(benchmark::State& state)
 {
-    project();
-    SysCodeDlg dlg;
-    dlg.m_strSpec = QStringLiteral("电气");
-    dlg.OnInitDialog();
-    for (auto _ : state)
-        dlg.FillSysCodeTree(QStringLiteral("电气"));
+    const int size = int(state.range(0));
+    ShownDialog dlg(project().spec(size));
+    for (auto _ : state) {
+        dlg.FillSysCodeTree(dlg.m_strSpec);
+        dlg.repaint();
+    }
+    state.counters["codes"] = BenchCodeCount(size);
 }
-BENCHMARK(BM_DialogRefill)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DialogRefill)->Arg(kBenchSmall)->Arg(kBenchLarge)->Unit(benchmark::kMillisecond);
+
+// Taking in a file that holds the specialty's own codes, after it was read: the
+// grid's codes as records, the merge, the refill as one step to undo, the repaint.
+void BM_ImportRefill(benchmark::State& state)
+{
+    const int size = int(state.range(0));
+    ShownDialog dlg(project().spec(size));
+    CSysCodeData imported;
+    MakeBenchCodeTree(imported, size);
+    for (auto _ : state) {
+        CSysCodeData root;
+        dlg.PreSaveForExchange(root);
+        dlg.MergeImported(root, imported);
+        dlg.repaint();
+        state.PauseTiming();
+        dlg.m_tree.ClearUndo();
+        dlg.m_bModified = false;
+        state.ResumeTiming();
+    }
+    state.counters["codes"] = BenchCodeCount(size);
+}
+BENCHMARK(BM_ImportRefill)->Arg(kBenchSmall)->Arg(kBenchLarge)->Unit(benchmark::kMillisecond);
+
+// Ctrl+Z and Ctrl+Y in turn after such an import: every row goes back and comes
+// again, each time with the repaint.
+void BM_UndoRedoImport(benchmark::State& state)
+{
+    const int size = int(state.range(0));
+    ShownDialog dlg(project().spec(size));
+    CSysCodeData imported;
+    MakeBenchCodeTree(imported, size);
+    CSysCodeData root;
+    dlg.PreSaveForExchange(root);
+    dlg.MergeImported(root, imported);
+    dlg.repaint();
+    bool undo = true;
+    for (auto _ : state) {
+        if (!dlg.ReplayUndo(undo)) {
+            state.SkipWithError("nothing to replay");
+            break;
+        }
+        dlg.repaint();
+        undo = !undo;
+    }
+    state.counters["codes"] = BenchCodeCount(size);
+}
+BENCHMARK(BM_UndoRedoImport)->Arg(kBenchSmall)->Arg(kBenchLarge)->Unit(benchmark::kMillisecond);
 
 // The store read alone, part of every opening.
 void BM_StoreRead(benchmark::State& state)
 {
-    project();
+    const QString spec = project().spec(int(state.range(0)));
     for (auto _ : state) {
         CSysCodeData root;
-        benchmark::DoNotOptimize(CISysCode::GetSpecCodeInfos(root, QStringLiteral("电气")));
+        benchmark::DoNotOptimize(CISysCode::GetSpecCodeInfos(root, spec));
     }
 }
-BENCHMARK(BM_StoreRead)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_StoreRead)->Arg(kBenchSmall)->Arg(kBenchLarge)->Unit(benchmark::kMillisecond);
 
 // Argument 0: the floors' pipes share forty codes; 1: every pipe has its own.
 void BM_ScanOtherFloors(benchmark::State& state)

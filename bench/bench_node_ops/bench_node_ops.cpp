@@ -1,8 +1,10 @@
-// The grid's node operations on a specialty of 9,910 codes, each with the grid's
-// repaint: add a sibling, add a child, paste a 33-row subtree, delete a 33-row
-// subtree, drop a dragged subtree, Ctrl-drop it, move the pointer while dragging. Each is compared with the
-// bare grid operation on the same rows (insert, copy, delete, move) and the same repaint. Argument 0: only
-// the top codes and the worked-on code's level shown; 1: every row shown.
+// The grid's node operations on a specialty of about 10,000 or 50,000 codes, each
+// with the grid's repaint: add a sibling, add a child, paste a subtree, delete a
+// subtree, drop a dragged subtree, Ctrl-drop it, move the pointer while dragging,
+// a keystroke in the find field, undo and redo. Each is compared with the bare grid
+// operation on the same rows (insert, copy, delete, move, filter, cell text) and
+// the same repaint. Arguments: see SizesAndShown.
+#include "BenchArgs.h"
 #include "BenchProject.h"
 #include "CTreeListCtrl.h"
 #include "CTreeListItem.h"
@@ -51,11 +53,10 @@ struct OpenDialog
     SysCodeDlg dlg;
     CTreeListCtrl& grid = dlg.m_tree;
 
-    explicit OpenDialog(bool expandAll)
+    OpenDialog(int size, bool expandAll)
     {
-        TheBenchProject();
         SetMessageBoxHandler([](const MessageBoxRequest&) { return IDYES; });
-        dlg.m_strSpec = TheBenchProject().Spec();
+        dlg.m_strSpec = TheBenchProject().Spec(size);
         dlg.OnInitDialog();
         dlg.resize(1200, 1600);
         dlg.show();
@@ -107,8 +108,8 @@ struct BareGrid
     OpenDialog source;
     CTreeListCtrl grid;
 
-    explicit BareGrid(bool expandAll)
-        : source(expandAll)
+    BareGrid(int size, bool expandAll)
+        : source(size, expandAll)
     {
         for (const SysCodeColumnInfo& c : SysCodeColumnSet(true))
             grid.InsertColumn(c.logical, c.title, c.format, c.width);
@@ -134,14 +135,14 @@ struct BareGrid
 void Shown(benchmark::State& state, const CTreeListCtrl& grid)
 {
     state.counters["rows_shown"] = grid.GetItemCount();
-    state.counters["codes"] = kBenchCodes;
+    state.counters["codes"] = BenchCodeCount(int(state.range(0)));
 }
 
 // Runs `command` on the row `at` names and, untimed, deletes the row it made.
 void RunAndRemoveNewRow(
     benchmark::State& state, int command, HTREEITEM (*at)(const OpenDialog&), bool copyFirst = false)
 {
-    OpenDialog open(state.range(0));
+    OpenDialog open(int(state.range(0)), state.range(1) != 0);
     if (copyFirst)
         open.Command(open.Middle(0), ID_MENU_COPY);
     for (auto _ : state) {
@@ -167,17 +168,17 @@ void BM_AddSibling(benchmark::State& state)
 {
     RunAndRemoveNewRow(state, ID_MENU_ADD_SIBLING, FirstMiddle);
 }
-BENCHMARK(BM_AddSibling)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_AddSibling)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_AddChild(benchmark::State& state)
 {
     RunAndRemoveNewRow(state, ID_MENU_ADD_CHILD, FirstTop);
 }
-BENCHMARK(BM_AddChild)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_AddChild)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_BareInsertRow(benchmark::State& state)
 {
-    BareGrid bare(state.range(0));
+    BareGrid bare(int(state.range(0)), state.range(1) != 0);
     for (auto _ : state) {
         HTREEITEM row = bare.grid.InsertItem(QStringLiteral("WL30"), bare.Top(), bare.Middle(0));
         for (int c = 1; c < kSysCodeColumnCount; ++c)
@@ -190,17 +191,17 @@ void BM_BareInsertRow(benchmark::State& state)
     }
     Shown(state, bare.grid);
 }
-BENCHMARK(BM_BareInsertRow)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareInsertRow)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_PasteSubtree(benchmark::State& state)
 {
     RunAndRemoveNewRow(state, ID_MENU_PASTE, FirstMiddle, true);
 }
-BENCHMARK(BM_PasteSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PasteSubtree)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_DeleteSubtree(benchmark::State& state)
 {
-    OpenDialog open(state.range(0));
+    OpenDialog open(int(state.range(0)), state.range(1) != 0);
     for (auto _ : state) {
         state.PauseTiming();
         open.grid.SelectItem(open.Middle(0));
@@ -209,13 +210,13 @@ void BM_DeleteSubtree(benchmark::State& state)
     }
     Shown(state, open.grid);
 }
-BENCHMARK(BM_DeleteSubtree)->Arg(0)->Arg(1)->Iterations(25)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DeleteSubtree)->Apply(SizesAndShown)->Iterations(25)->Unit(benchmark::kMillisecond);
 
 // The drop: the release over the target row, the move and the repaint. Pressing and
 // moving there come before and are timed apart (BM_DragOverRows).
 void BM_DropSubtree(benchmark::State& state)
 {
-    OpenDialog open(state.range(0));
+    OpenDialog open(int(state.range(0)), state.range(1) != 0);
     for (auto _ : state) {
         state.PauseTiming();
         HTREEITEM target = open.Middle(1);
@@ -225,11 +226,11 @@ void BM_DropSubtree(benchmark::State& state)
     }
     Shown(state, open.grid);
 }
-BENCHMARK(BM_DropSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DropSubtree)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_CtrlDropSubtree(benchmark::State& state)
 {
-    OpenDialog open(state.range(0));
+    OpenDialog open(int(state.range(0)), state.range(1) != 0);
     for (auto _ : state) {
         state.PauseTiming();
         HTREEITEM target = open.Middle(1);
@@ -242,13 +243,13 @@ void BM_CtrlDropSubtree(benchmark::State& state)
     }
     Shown(state, open.grid);
 }
-BENCHMARK(BM_CtrlDropSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CtrlDropSubtree)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 // One pointer move onto another row while dragging: the drop highlight moves, the
 // picture follows, the grid repaints.
 void BM_DragOverRows(benchmark::State& state)
 {
-    OpenDialog open(state.range(0));
+    OpenDialog open(int(state.range(0)), state.range(1) != 0);
     open.DragTo(open.Middle(0), open.Middle(1));
     QWindow* window = open.dlg.windowHandle();
     const QPoint rows[] = { open.At(open.Middle(1)), open.At(open.Middle(2)) };
@@ -260,12 +261,12 @@ void BM_DragOverRows(benchmark::State& state)
     QTest::mouseRelease(window, Qt::LeftButton, {}, open.At(open.Middle(2)));
     Shown(state, open.grid);
 }
-BENCHMARK(BM_DragOverRows)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DragOverRows)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 // The bare highlight change and repaint.
 void BM_BareDropHighlight(benchmark::State& state)
 {
-    BareGrid bare(state.range(0));
+    BareGrid bare(int(state.range(0)), state.range(1) != 0);
     HTREEITEM rows[] = { bare.Middle(1), bare.Middle(2) };
     int i = 0;
     for (auto _ : state) {
@@ -274,11 +275,11 @@ void BM_BareDropHighlight(benchmark::State& state)
     }
     Shown(state, bare.grid);
 }
-BENCHMARK(BM_BareDropHighlight)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareDropHighlight)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_BareCopySubtree(benchmark::State& state)
 {
-    BareGrid bare(state.range(0));
+    BareGrid bare(int(state.range(0)), state.range(1) != 0);
     for (auto _ : state) {
         HTREEITEM copy = bare.grid.CopyItem(bare.Middle(0), bare.Top(), bare.Middle(1));
         bare.Repaint();
@@ -288,24 +289,24 @@ void BM_BareCopySubtree(benchmark::State& state)
     }
     Shown(state, bare.grid);
 }
-BENCHMARK(BM_BareCopySubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareCopySubtree)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_BareDeleteSubtree(benchmark::State& state)
 {
-    BareGrid bare(state.range(0));
+    BareGrid bare(int(state.range(0)), state.range(1) != 0);
     for (auto _ : state) {
         bare.grid.DeleteItem(bare.Middle(0));
         bare.Repaint();
     }
     Shown(state, bare.grid);
 }
-BENCHMARK(BM_BareDeleteSubtree)->Arg(0)->Arg(1)->Iterations(25)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareDeleteSubtree)->Apply(SizesAndShown)->Iterations(25)->Unit(benchmark::kMillisecond);
 
 // One keystroke in the find field (Ctrl+F): the rows filtered to the codes holding
 // the text, their parents opened, the grid repainted.
 void BM_FindKeystroke(benchmark::State& state)
 {
-    OpenDialog open(state.range(0));
+    OpenDialog open(int(state.range(0)), state.range(1) != 0);
     open.dlg.activateWindow(); // the dialog's shortcuts answer in the active window
     (void)QTest::qWaitForWindowActive(&open.dlg);
     QTest::keyClick(&open.dlg, Qt::Key_F, Qt::ControlModifier);
@@ -321,12 +322,12 @@ void BM_FindKeystroke(benchmark::State& state)
     }
     Shown(state, open.grid);
 }
-BENCHMARK(BM_FindKeystroke)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FindKeystroke)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 // The bare grid's filter with the same test of the name, and the repaint.
 void BM_BareRowFilter(benchmark::State& state)
 {
-    BareGrid bare(state.range(0));
+    BareGrid bare(int(state.range(0)), state.range(1) != 0);
     int i = 0;
     for (auto _ : state) {
         const QString text = ++i % 2 ? QStringLiteral("回路1") : QStringLiteral("回路2");
@@ -336,11 +337,11 @@ void BM_BareRowFilter(benchmark::State& state)
     }
     Shown(state, bare.grid);
 }
-BENCHMARK(BM_BareRowFilter)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareRowFilter)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_BareMoveSubtree(benchmark::State& state)
 {
-    BareGrid bare(state.range(0));
+    BareGrid bare(int(state.range(0)), state.range(1) != 0);
     for (auto _ : state) {
         // The dragged row is the selected one, as the press on it made it.
         state.PauseTiming();
@@ -352,12 +353,12 @@ void BM_BareMoveSubtree(benchmark::State& state)
     }
     Shown(state, bare.grid);
 }
-BENCHMARK(BM_BareMoveSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareMoveSubtree)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 // Ctrl+Z and Ctrl+Y in turn, each with the repaint, after the change made by `change`.
 void UndoRedoInTurn(benchmark::State& state, const std::function<void(OpenDialog&)>& change)
 {
-    OpenDialog open(state.range(0));
+    OpenDialog open(int(state.range(0)), state.range(1) != 0);
     change(open);
     bool undo = true;
     for (auto _ : state) {
@@ -377,7 +378,7 @@ void BM_UndoRedoDeleteSubtree(benchmark::State& state)
         open.Command(open.Middle(0), ID_MENU_DELETE);
     });
 }
-BENCHMARK(BM_UndoRedoDeleteSubtree)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_UndoRedoDeleteSubtree)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 // One cell's new text taken back and made again; against the bare write of the text.
 void BM_UndoRedoCellText(benchmark::State& state)
@@ -389,11 +390,11 @@ void BM_UndoRedoCellText(benchmark::State& state)
         open.grid.EndUndoGroup();
     });
 }
-BENCHMARK(BM_UndoRedoCellText)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_UndoRedoCellText)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 
 void BM_BareCellText(benchmark::State& state)
 {
-    BareGrid bare(state.range(0));
+    BareGrid bare(int(state.range(0)), state.range(1) != 0);
     HTREEITEM row = bare.Middle(0);
     const int remark = SysCodeVisibleColumn(kColRemark, true);
     int i = 0;
@@ -403,5 +404,5 @@ void BM_BareCellText(benchmark::State& state)
     }
     Shown(state, bare.grid);
 }
-BENCHMARK(BM_BareCellText)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BareCellText)->Apply(SizesAndShown)->Unit(benchmark::kMillisecond);
 } // namespace
