@@ -14,9 +14,14 @@ if [ "${1:-}" = "--check" ]; then
   check=1
   shift
 fi
+checked=(bench_dialog bench_save bench_node_ops bench_cell_edit)
 ./scripts/setup.sh
 cmake --preset release >/dev/null
-cmake --build --preset release
+if [ $check -eq 1 ]; then
+  cmake --build --preset release --target "${checked[@]}"
+else
+  cmake --build --preset release
+fi
 
 if [ $check -eq 0 ]; then
   if [ $# -eq 0 ]; then
@@ -40,7 +45,7 @@ declare -A filters=(
   [bench_cell_edit]="$interactions"
 )
 echo "load before: $(cut -d' ' -f1-3 /proc/loadavg)"
-for b in bench_dialog bench_save bench_node_ops bench_cell_edit; do
+for b in "${checked[@]}"; do
   echo "== $b"
   "build/release/bin/$b" --benchmark_filter="${filters[$b]}" --benchmark_repetitions=3 \
     --benchmark_report_aggregates_only=true --benchmark_counters_tabular=true \
