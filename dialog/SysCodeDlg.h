@@ -163,6 +163,9 @@ public:
     void EraseRowInfo(HTREEITEM row);
     // Operations being recorded as one undo step (see SysCodeUndoGroup).
     int m_nUndoDepth = 0;
+    // The drop-down lists by logical column while rows are being inserted; empty
+    // otherwise (see SysCodeRowLists).
+    std::vector<QStringList> m_rowLists;
 
     // Cell editing: the items of a drop-down cell (by logical column), and text
     // picked from the drawing for the name and remark cells.

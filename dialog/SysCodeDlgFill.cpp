@@ -15,6 +15,7 @@
 #include "SysCodeColumns.h"
 #include "SysCodeIcon.h"
 #include "SysCodeOrder.h"
+#include "SysCodeRowLists.h"
 #include "WinMessageBox.h"
 #include "ZcDbHostApplicationServices.h"
 
@@ -192,6 +193,7 @@ HTREEITEM SysCodeDlg::InsertNodeRow(
 
 void SysCodeDlg::InsertNodeRows(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns)
 {
+    const SysCodeRowLists lists(*this);
     for (const CSysCodeData* child : node.GetChildren()) {
         HTREEITEM row = InsertNodeRow(*child, parent, withPipeColumns);
         if (row && child->GetChildCount() > 0)

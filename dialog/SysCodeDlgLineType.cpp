@@ -7,6 +7,7 @@
 #include "Resource.h"
 #include "SysCodeColumns.h"
 #include "SysCodeEditChecks.h"
+#include "SysCodeRowLists.h"
 #include "ZcDbAttribute.h"
 #include "ZcDbAttributeDefinition.h"
 #include "ZcDbBlockReference.h"
@@ -135,15 +136,15 @@ void SysCodeDlg::GetComboItems(int logicalColumn, QStringList& items) const
     }
 }
 
+// A row inserted on its own reads the lists for itself; the rows of a fill or a
+// paste take those their operation read once.
 void SysCodeDlg::SetRowEditors(HTREEITEM row, bool withPipeColumns)
 {
+    const SysCodeRowLists lists(*this);
     for (int logical = 0; logical < kSysCodeColumnCount; ++logical) {
         const int column = SysCodeVisibleColumn(logical, withPipeColumns);
-        if (column < 0)
-            continue;
-        QStringList options;
-        GetComboItems(logical, options);
-        m_tree.SetEditMode(row, cellEditor(logical).mode, options, column);
+        if (column >= 0)
+            m_tree.SetEditMode(row, cellEditor(logical).mode, lists.Items(logical), column);
     }
 }
 

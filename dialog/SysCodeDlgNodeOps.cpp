@@ -11,6 +11,7 @@
 #include "ModuleStrings.h"
 #include "QvKsColorTool.h"
 #include "SysCodeColumns.h"
+#include "SysCodeRowLists.h"
 #include "UniqueSysName.h"
 #include "WinMessageBox.h"
 
@@ -261,6 +262,7 @@ void SysCodeDlg::PasteRow(const CSysCodeData& clipboard, HTREEITEM row, bool bNe
         return;
     m_bModified = true;
     HTREEITEM parent = m_tree.GetParentItem(row);
+    const SysCodeRowLists lists(*this);
     HTREEITEM pasted = InsertNewRow(
         source, parent, row, MakeUniqueChildName(source.GetNodeName(), parent), NextNewRowColor());
     if (!pasted)
