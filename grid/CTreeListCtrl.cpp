@@ -1,5 +1,6 @@
 #include "CTreeListCtrl.h"
 
+#include "CTreeListCellDelegate.h"
 #include "CTreeListChanges.h"
 #include "CTreeListCombo.h"
 #include "CTreeListEdit.h"
@@ -25,6 +26,7 @@ CTreeListCtrl::CTreeListCtrl(QWidget* parent)
     , m_editBtn(new CTreeListEditBtn(this, viewport()))
 {
     setModel(m_model);
+    setItemDelegate(new CTreeListCellDelegate(this));
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::NoEditTriggers);

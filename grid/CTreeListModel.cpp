@@ -185,6 +185,15 @@ void CTreeListModel::cellChanged(HTREEITEM item, int column)
     Q_EMIT dataChanged(indexFromItem(item, first), indexFromItem(item, last));
 }
 
+Qt::Alignment CTreeListModel::ColumnAlignment(int column) const
+{
+    const int format = column >= 0 && column < m_tree.columnCount() ? m_tree.column(column).format & 0x3 : 0;
+    const Qt::Alignment h = format == LVCFMT_CENTER ? Qt::AlignHCenter
+        : format == LVCFMT_RIGHT                    ? Qt::AlignRight
+                                                    : Qt::AlignLeft;
+    return h | Qt::AlignVCenter;
+}
+
 QModelIndex CTreeListModel::index(int row, int column, const QModelIndex& parent) const
 {
     if (column < 0 || column >= m_tree.columnCount() || row < 0)
@@ -234,13 +243,8 @@ QVariant CTreeListModel::data(const QModelIndex& index, int role) const
         return cell.hasTextColor ? QVariant(ColorFromColorref(cell.textColor)) : QVariant();
     case Qt::BackgroundRole:
         return cell.hasBackColor ? QVariant(ColorFromColorref(cell.backColor)) : QVariant();
-    case Qt::TextAlignmentRole: {
-        const int format = m_tree.column(index.column()).format & 0x3;
-        const Qt::Alignment h = format == LVCFMT_CENTER ? Qt::AlignHCenter
-            : format == LVCFMT_RIGHT                    ? Qt::AlignRight
-                                                        : Qt::AlignLeft;
-        return QVariant::fromValue(h | Qt::AlignVCenter);
-    }
+    case Qt::TextAlignmentRole:
+        return QVariant::fromValue(ColumnAlignment(index.column()));
     default:
         return QVariant();
     }

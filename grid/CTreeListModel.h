@@ -39,6 +39,9 @@ public:
     bool removeColumn(int index);
     void setColumnTitle(int index, const QString& title);
 
+    // Where a column's cells put their text: its format's side, centred vertically.
+    Qt::Alignment ColumnAlignment(int column) const;
+
     // Reports a changed cell, or a whole row when column is -1.
     void cellChanged(HTREEITEM item, int column);
 

@@ -222,6 +222,36 @@ TEST_F(TreeListCtrlTest, UnsetColoursReadAsButtonTextAndSetOnesComeBack)
         QColor(0xCC, 0xFF, 0xCC));
 }
 
+// What a cell shows: its background, or the selection over it, and its text in its
+// colour, also after the same text was drawn once before.
+TEST_F(TreeListCtrlTest, CellsArePaintedInTheirColours)
+{
+    grid.SetItemBackColor(b, RGB(0, 255, 0), 1);
+    grid.SetItemBackColor(b, RGB(255, 255, 255), 2);
+    grid.SetItemColor(b, RGB(255, 0, 0), 2);
+    grid.SetItemText(a, "WWWW", 2);
+    grid.SetItemText(b, "WWWW", 2);
+    grid.SelectItem(a);
+    grid.clearFocus();
+    QApplication::processEvents();
+    const QImage shot = grid.viewport()->grab().toImage();
+    const auto count = [&](HTREEITEM item, int column, auto&& test) {
+        int n = 0;
+        const QRect cell = grid.GetSubItemRect(item, column);
+        for (int y = cell.top(); y <= cell.bottom(); ++y)
+            for (int x = cell.left(); x <= cell.right(); ++x)
+                n += test(shot.pixelColor(x, y)) ? 1 : 0;
+        return n;
+    };
+    EXPECT_EQ(shot.pixelColor(cellCenter(b, 1)), QColor(0, 255, 0));
+    EXPECT_GT(count(b, 2, [](QColor c) { return c.red() > 150 && c.green() < 100 && c.blue() < 100; }), 10)
+        << "the text in its own colour";
+    const QColor highlight = shot.pixelColor(cellCenter(a, 1));
+    EXPECT_TRUE(highlight == grid.palette().color(QPalette::Active, QPalette::Highlight)
+        || highlight == grid.palette().color(QPalette::Inactive, QPalette::Highlight));
+    EXPECT_GT(count(a, 2, [&](QColor c) { return c != highlight; }), 10) << "the selected row's text";
+}
+
 TEST_F(TreeListCtrlTest, TreeTextIsReadUpTo300Characters)
 {
     grid.SetItemText(b, QString(310, u'x'));
