@@ -16,6 +16,8 @@
 #include <QShortcut>
 #include <QStringMatcher>
 
+#include <unordered_set>
+
 void SysCodeDlg::ConnectFind()
 {
     m_findEdit = new QLineEdit(this);
@@ -70,25 +72,56 @@ void SysCodeDlg::OpenFind()
     m_findEdit->selectAll();
 }
 
-// The text is prepared once per keystroke, not once per row: a plain substring,
-// any letter case.
-// Text without letters that have a case (Chinese, digits) is matched exactly, which
-// is much quicker than folding every character it is compared with.
+// A plain substring, any letter case. Text without letters that have a case
+// (Chinese, digits) is matched exactly, which is much quicker than folding every
+// character it is compared with. Names and remarks are short: a plain search of
+// each is quicker than a prepared one.
 QStringMatcher SysCodeDlg::FindMatcher(const QString& text)
 {
     const bool caseless = text.toLower() == text && text.toUpper() == text;
     return QStringMatcher(text, caseless ? Qt::CaseSensitive : Qt::CaseInsensitive);
 }
 
-bool SysCodeDlg::RowMatches(HTREEITEM row, const QStringMatcher& text, int remarkColumn) const
+namespace {
+struct FindText
 {
-    const auto holds = [&](const QString& value) { return text.indexIn(value) >= 0; };
-    if (holds(row->cell(0).text))
-        return true;
-    if (remarkColumn >= 0 && holds(row->cell(remarkColumn).text))
+    QString text;
+    Qt::CaseSensitivity cs;
+
+    explicit FindText(const QStringMatcher& matcher)
+        : text(matcher.pattern())
+        , cs(matcher.caseSensitivity())
+    { }
+    bool In(const QString& value) const { return value.contains(text, cs); }
+};
+
+// Whether the row's name or remark holds the text.
+bool CellsHold(const CTreeListItem* row, const FindText& text, int remarkColumn)
+{
+    return text.In(row->cell(0).text) || (remarkColumn >= 0 && text.In(row->cell(remarkColumn).text));
+}
+
+// The rows whose pipeline information holds the text, found in one pass over the
+// map: on a large specialty, looking each row up costs more than the rest of its test.
+std::unordered_set<const CTreeListItem*> RowsWithInfoHolding(
+    const std::unordered_map<HTREEITEM, QString>& infos, const FindText& text)
+{
+    std::unordered_set<const CTreeListItem*> rows;
+    for (const auto& [row, info] : infos) {
+        if (text.In(info))
+            rows.insert(row);
+    }
+    return rows;
+}
+} // namespace
+
+bool SysCodeDlg::RowMatches(HTREEITEM row, const QStringMatcher& matcher, int remarkColumn) const
+{
+    const FindText text(matcher);
+    if (CellsHold(row, text, remarkColumn))
         return true;
     const auto info = m_mapRowInfo.find(row);
-    return info != m_mapRowInfo.end() && holds(info->second);
+    return info != m_mapRowInfo.end() && text.In(info->second);
 }
 
 void SysCodeDlg::ApplyFind(const QString& text)
@@ -97,15 +130,19 @@ void SysCodeDlg::ApplyFind(const QString& text)
     if (text.isEmpty()) {
         m_tree.SetRowFilter({});
     } else {
-        const QStringMatcher matcher = FindMatcher(text);
+        const FindText find(FindMatcher(text));
         const int remark = SysCodeVisibleColumn(kColRemark, IsElectrical());
-        m_tree.SetRowFilter([&](HTREEITEM row) { return RowMatches(row, matcher, remark); });
-        // Every code kept is shown: its parents open.
-        const auto open = [&](auto&& self, HTREEITEM parent) -> void {
-            for (HTREEITEM c = m_tree.GetChildItem(parent); c; c = m_tree.GetNextSiblingItem(c)) {
-                if (c->isFilteredOut() || !m_tree.ItemHasChildren(c))
+        const std::unordered_set<const CTreeListItem*> infoRows = RowsWithInfoHolding(m_mapRowInfo, find);
+        m_tree.SetRowFilter(
+            [&](HTREEITEM row) { return CellsHold(row, find, remark) || infoRows.count(row) > 0; });
+        // Every code kept is shown: its parents open. The walk reads the grid's items
+        // straight: on a large specialty its checked accessors cost more than the walk.
+        const auto open = [&](auto&& self, const CTreeListItem* parent) -> void {
+            for (CTreeListItem* c : parent->children()) {
+                if (c->isFilteredOut() || c->children().empty())
                     continue;
-                m_tree.Expand(c, TVE_EXPAND);
+                if (!c->isExpanded())
+                    m_tree.Expand(c, TVE_EXPAND);
                 self(self, c);
             }
         };
