@@ -305,6 +305,8 @@ protected:
     bool PreTranslateMessage(QWidget* target, QEvent* event);
     void ConnectEditCells();
     void SetRowEditors(HTREEITEM row, bool withPipeColumns);
+    // The editors and drop-down lists of the columns, which the rows of a fill take.
+    void SetColumnEditModes(bool withPipeColumns);
     void SetColumnEditors(bool withPipeColumns);
     bool EndEditOutside(CTreeListEditorBase* editor);
     bool OnEditorTab(CTreeListEditorBase* editor, int step);
@@ -327,8 +329,9 @@ private:
     void FillSpecList();
     void InsertColumns(bool withPipeColumns);
     void SetGridStyles();
-    HTREEITEM InsertNodeRow(
-        const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns, HTREEITEM insertAfter = TVI_LAST);
+    // `ownEditors` false: the row takes its columns' editors (the rows of a fill).
+    HTREEITEM InsertNodeRow(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns,
+        HTREEITEM insertAfter = TVI_LAST, bool ownEditors = true);
     void InsertNodeRows(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns);
     void SelectInitialCode();
     void LoadPipelineInfo();

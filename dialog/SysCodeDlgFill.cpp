@@ -15,7 +15,6 @@
 #include "SysCodeColumns.h"
 #include "SysCodeIcon.h"
 #include "SysCodeOrder.h"
-#include "SysCodeRowLists.h"
 #include "WinMessageBox.h"
 #include "ZcDbHostApplicationServices.h"
 
@@ -164,7 +163,7 @@ void SysCodeDlg::FillSysCodeTree(const QString& spec, const CSysCodeData& root, 
 }
 
 HTREEITEM SysCodeDlg::InsertNodeRow(
-    const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns, HTREEITEM insertAfter)
+    const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns, HTREEITEM insertAfter, bool ownEditors)
 {
     const QStringList texts = SysCodeCellTexts(node, withPipeColumns);
     HTREEITEM row = m_tree.InsertItem(texts.at(kColName), parent, insertAfter);
@@ -183,7 +182,8 @@ HTREEITEM SysCodeDlg::InsertNodeRow(
             m_tree.SetItemBackColor(row, kSysCodeGridBkColor, column);
         }
     }
-    SetRowEditors(row, withPipeColumns);
+    if (ownEditors)
+        SetRowEditors(row, withPipeColumns);
     m_tree.SetItemData(row, quintptr(std::max(node.GetNodeIndex(), 0)));
     if (!node.GetAddedMsg().isEmpty())
         SetRowInfo(row, node.GetAddedMsg());
@@ -191,14 +191,19 @@ HTREEITEM SysCodeDlg::InsertNodeRow(
     return row;
 }
 
+// The rows of a fill take their editors and drop-down lists from their columns,
+// read once for the fill.
 void SysCodeDlg::InsertNodeRows(const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns)
 {
-    const SysCodeRowLists lists(*this);
-    for (const CSysCodeData* child : node.GetChildren()) {
-        HTREEITEM row = InsertNodeRow(*child, parent, withPipeColumns);
-        if (row && child->GetChildCount() > 0)
-            InsertNodeRows(*child, row, withPipeColumns);
-    }
+    SetColumnEditModes(withPipeColumns);
+    const auto insert = [&](auto&& self, const CSysCodeData& from, HTREEITEM under) -> void {
+        for (const CSysCodeData* child : from.GetChildren()) {
+            HTREEITEM row = InsertNodeRow(*child, under, withPipeColumns, TVI_LAST, false);
+            if (row && child->GetChildCount() > 0)
+                self(self, *child, row);
+        }
+    };
+    insert(insert, node, parent);
 }
 
 void SysCodeDlg::SelectInitialCode()

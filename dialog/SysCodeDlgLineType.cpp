@@ -148,6 +148,16 @@ void SysCodeDlg::SetRowEditors(HTREEITEM row, bool withPipeColumns)
     }
 }
 
+void SysCodeDlg::SetColumnEditModes(bool withPipeColumns)
+{
+    const SysCodeRowLists lists(*this);
+    for (int logical = 0; logical < kSysCodeColumnCount; ++logical) {
+        const int column = SysCodeVisibleColumn(logical, withPipeColumns);
+        if (column >= 0)
+            m_tree.SetColumnEditMode(column, cellEditor(logical).mode, lists.Items(logical));
+    }
+}
+
 void SysCodeDlg::SetColumnEditors(bool withPipeColumns)
 {
     for (int logical = 0; logical < kSysCodeColumnCount; ++logical) {

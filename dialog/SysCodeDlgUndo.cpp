@@ -39,12 +39,14 @@ bool SysCodeDlg::ReplayUndo(bool undo)
     return true;
 }
 
+// A fill sets the information of thousands of new rows: one look-up each.
 void SysCodeDlg::SetRowInfo(HTREEITEM row, const QString& info)
 {
     std::optional<QString> before;
-    if (const auto found = m_mapRowInfo.find(row); found != m_mapRowInfo.end())
-        before = found->second;
-    m_mapRowInfo[row] = info;
+    if (const auto [at, added] = m_mapRowInfo.try_emplace(row, info); !added) {
+        before = at->second;
+        at->second = info;
+    }
     if (m_tree.IsUndoRecording())
         m_tree.RecordUndo([this, row, before] { RestoreRowInfo(row, before); },
             [this, row, info] { m_mapRowInfo[row] = info; });

@@ -546,12 +546,22 @@ BOOL CTreeListCtrl::SetEditMode(HTREEITEM item, int mode, const QStringList& opt
 
 int CTreeListCtrl::GetEditMode(HTREEITEM item, int column) const
 {
-    return valid(item) ? item->cell(column).editMode : TLEM_NONE;
+    return valid(item) ? m_model->tree().editMode(item, column) : TLEM_NONE;
 }
 
 QStringList CTreeListCtrl::GetEditOptions(HTREEITEM item, int column) const
 {
-    return valid(item) ? item->cell(column).options : QStringList();
+    return valid(item) ? m_model->tree().options(item, column) : QStringList();
+}
+
+BOOL CTreeListCtrl::SetColumnEditMode(int column, int mode, const QStringList& options)
+{
+    if (column < 0 || column >= GetColumnCount() || mode < TLEM_NONE || mode > TLEM_BUTTON)
+        return FALSE;
+    CTreeListColumn& info = m_model->tree().columnForWrite(column);
+    info.editMode = mode;
+    info.options = options;
+    return TRUE;
 }
 
 BOOL CTreeListCtrl::SetEditOptions(HTREEITEM item, const QStringList& options, int column)

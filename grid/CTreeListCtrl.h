@@ -97,6 +97,9 @@ public:
     int GetEditMode(HTREEITEM item, int column) const;
     QStringList GetEditOptions(HTREEITEM item, int column) const;
     BOOL SetEditOptions(HTREEITEM item, const QStringList& options, int column);
+    // The editor and drop-down items of every cell of a column that has none of its
+    // own (SetEditMode and SetEditOptions give a cell its own). Kept with the column.
+    BOOL SetColumnEditMode(int column, int mode, const QStringList& options);
     void SetColumnCompare(int column, TreeListCompare compare);
 
     // Expand (TVE_EXPAND, TVE_COLLAPSE, TVE_TOGGLE). Painting is suspended while the

@@ -519,17 +519,19 @@ BOOL CTreeListCtrl::EditSubItem(HTREEITEM item, int column)
 {
     if (!validCell(item, column) || GetRowFromItem(item) < 0)
         return FALSE;
-    const CTreeListCell& cell = item->cell(column);
-    if (cell.editMode == TLEM_NONE)
+    const CTreeListItemTree& tree = m_model->tree();
+    const int mode = tree.editMode(item, column);
+    if (mode == TLEM_NONE)
         return FALSE;
     if (m_active && !m_active->EndEdit(true, TLEND_COMMIT))
         return FALSE;
     scrollTo(m_model->indexFromItem(item, column));
-    CTreeListEditorBase* editor = editorForMode(cell.editMode, column);
+    CTreeListEditorBase* editor = editorForMode(mode, column);
     if (!editor)
         return FALSE;
     m_active = editor;
-    editor->BeginEdit(item, column, cell.text, cell.options, GetSubItemRect(item, column));
+    editor->BeginEdit(
+        item, column, item->cell(column).text, tree.options(item, column), GetSubItemRect(item, column));
     return TRUE;
 }
 

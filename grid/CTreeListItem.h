@@ -17,6 +17,9 @@ struct CTreeListCell
     COLORREF backColor = 0;
     bool hasTextColor = false;
     bool hasBackColor = false;
+    // The cell's own editor and drop-down items; a cell without them (ownEditor
+    // false) takes its column's.
+    bool ownEditor = false;
     int editMode = 0;
     QStringList options;
 

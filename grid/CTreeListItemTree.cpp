@@ -229,12 +229,43 @@ void CTreeListItemTree::setBackColor(HTREEITEM item, int column, COLORREF colour
 
 void CTreeListItemTree::setEditMode(HTREEITEM item, int column, int mode)
 {
-    item->cellForWrite(column).editMode = mode;
+    CTreeListCell& cell = item->cellForWrite(column);
+    if (!cell.ownEditor)
+        cell.options = columnOptions(column);
+    cell.ownEditor = true;
+    cell.editMode = mode;
 }
 
 void CTreeListItemTree::setOptions(HTREEITEM item, int column, const QStringList& options)
 {
-    item->cellForWrite(column).options = options;
+    CTreeListCell& cell = item->cellForWrite(column);
+    if (!cell.ownEditor)
+        cell.editMode = columnEditMode(column);
+    cell.ownEditor = true;
+    cell.options = options;
+}
+
+int CTreeListItemTree::columnEditMode(int column) const
+{
+    return column >= 0 && column < columnCount() ? m_columns[size_t(column)].editMode : 0;
+}
+
+const QStringList& CTreeListItemTree::columnOptions(int column) const
+{
+    static const QStringList none;
+    return column >= 0 && column < columnCount() ? m_columns[size_t(column)].options : none;
+}
+
+int CTreeListItemTree::editMode(HTREEITEM item, int column) const
+{
+    const CTreeListCell& cell = item->cell(column);
+    return cell.ownEditor ? cell.editMode : columnEditMode(column);
+}
+
+const QStringList& CTreeListItemTree::options(HTREEITEM item, int column) const
+{
+    const CTreeListCell& cell = item->cell(column);
+    return cell.ownEditor ? cell.options : columnOptions(column);
 }
 
 bool CTreeListItemTree::setExpanded(HTREEITEM item, bool expanded)

@@ -24,6 +24,9 @@ struct CTreeListColumn
     QString title;
     int format = LVCFMT_LEFT;
     int width = 100;
+    // The editor and drop-down items of the column's cells that have none of their own.
+    int editMode = 0;
+    QStringList options;
 };
 
 // Orders two items for sorting: negative when the first goes before the second.
@@ -72,8 +75,15 @@ public:
     void setText(HTREEITEM item, int column, const QString& text);
     void setTextColor(HTREEITEM item, int column, COLORREF colour);
     void setBackColor(HTREEITEM item, int column, COLORREF colour);
+    // A cell given an editor or items keeps its own from then on; the other half
+    // comes from its column.
     void setEditMode(HTREEITEM item, int column, int mode);
     void setOptions(HTREEITEM item, int column, const QStringList& options);
+    // The editor and items a cell opens: its own, or its column's.
+    int editMode(HTREEITEM item, int column) const;
+    const QStringList& options(HTREEITEM item, int column) const;
+    int columnEditMode(int column) const;
+    const QStringList& columnOptions(int column) const;
     void setCell(HTREEITEM item, int column, const CTreeListCell& cell);
     void setData(HTREEITEM item, quintptr data) { item->m_data = data; }
     void setState(HTREEITEM item, UINT state) { item->m_state = state; }

@@ -331,6 +331,70 @@ TEST_F(SysCodeDlgEditTest, AFloorWithoutLayingModesOffersNoItemAtAll)
     EXPECT_TRUE(got.isEmpty());
 }
 
+// The laying modes are read once for a fill or an operation and shared by its rows:
+// what the store holds when rows come is what they offer, and rows that came
+// before keep what they were given.
+TEST_F(SysCodeDlgEditTest, NewRowsOfferTheLayingModesTheStoreHoldsThen)
+{
+    enum class Rows { Refill, AddSibling, Paste };
+    struct Case
+    {
+        const char* what;
+        const char* sql; // run after the dialog opened
+        Rows how;
+        QStringList newRows; // what the rows the operation made offer in column 3
+        QStringList oldRows; // what 动力, filled at opening, offers afterwards
+    };
+    const QStringList opened = { "", "沿墙明敷", "穿管暗敷" };
+    const QStringList added = { "", "沿墙明敷", "穿管暗敷", "桥架敷设" };
+    const char* const addMode = "INSERT INTO lay_mode(floor_id, ord, name) VALUES (2, 3, '桥架敷设');";
+    const Case cases[] = {
+        { "a mode added, the specialty refilled", addMode, Rows::Refill, added, added },
+        { "another floor made current, refilled", "UPDATE meta SET value = '2F' WHERE key = 'current_floor';",
+            Rows::Refill, { "" }, { "" } },
+        { "an unknown floor made current, refilled",
+            "UPDATE meta SET value = '9F' WHERE key = 'current_floor';", Rows::Refill, {}, {} },
+        { "a mode added, a code added", addMode, Rows::AddSibling, added, opened },
+        { "a mode added, a copied subtree pasted", addMode, Rows::Paste, added, opened },
+        { "the floor's modes removed, a code added", "DELETE FROM lay_mode;", Rows::AddSibling, { "" },
+            opened },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        TestProject fresh { QString::fromUtf8(kLayModes) };
+        ASSERT_TRUE(fresh.isOpen());
+        MessageBoxRecorder boxes;
+        auto dlg = open();
+        CTreeListCtrl& g = grid(*dlg);
+        HTREEITEM lighting = row(*dlg, QStringLiteral("照明"));
+        if (c.how == Rows::Paste) {
+            dlg->m_pCurRow = lighting;
+            dlg->OnCommand(ID_MENU_COPY);
+        }
+        ASSERT_TRUE(QvKsDataMng::RunScript(QString::fromUtf8(c.sql)));
+        std::vector<HTREEITEM> made;
+        if (c.how == Rows::Refill) {
+            dlg->FillSysCodeTree(kSpecElec);
+            for (int r = 0; r < g.GetItemCount(); ++r)
+                made.push_back(g.GetItemFromRow(r));
+        } else {
+            dlg->m_pCurRow = row(*dlg, QStringLiteral("插座"));
+            dlg->OnCommand(c.how == Rows::Paste ? ID_MENU_PASTE : ID_MENU_ADD_SIBLING);
+            HTREEITEM first = g.GetSelectedItem();
+            ASSERT_NE(first, nullptr);
+            made.push_back(first);
+            for (HTREEITEM r = g.GetChildItem(first); r; r = g.GetChildItem(r))
+                made.push_back(r);
+            EXPECT_EQ(made.size(), c.how == Rows::Paste ? 3u : 1u);
+        }
+        for (HTREEITEM r : made)
+            EXPECT_EQ(g.GetEditOptions(r, 3), c.newRows) << g.GetItemText(r, 0).toStdString();
+        EXPECT_EQ(g.GetEditOptions(row(*dlg, QStringLiteral("动力")), 3), c.oldRows);
+        EXPECT_EQ(g.GetEditOptions(made.front(), 4), QStringList({ "", "沿柱明敷" }));
+        EXPECT_TRUE(boxes.boxes().empty());
+    }
+}
+
 TEST_F(SysCodeDlgEditTest, ChoosingALineStyleMarksLineTypesChanged)
 {
     auto dlg = open();

@@ -260,6 +260,42 @@ TEST_F(EditorsTest, ComboReportsChangedStateAndLineTypeChange)
     EXPECT_FALSE(grid.IsLineTypeChanged());
 }
 
+// A column's editor and items reach every cell of it that has none of its own; a
+// cell given either keeps its own whatever the column gets later.
+TEST_F(EditorsTest, CellsWithoutEditorsOfTheirOwnTakeTheirColumns)
+{
+    HTREEITEM added = grid.InsertItem("雨水");
+    HTREEITEM own = grid.InsertItem("废水");
+    grid.SetEditMode(own, TLEM_NONE, {}, 4);
+    HTREEITEM ownItems = grid.InsertItem("污水");
+    EXPECT_EQ(grid.GetEditMode(added, 4), TLEM_NONE) << "no column editor yet";
+    EXPECT_FALSE(grid.EditSubItem(added, 4));
+
+    const QStringList first { "", "按字符" };
+    ASSERT_TRUE(grid.SetColumnEditMode(4, TLEM_LIST, first));
+    EXPECT_FALSE(grid.SetColumnEditMode(5, TLEM_LIST, first)) << "no such column";
+    grid.SetEditOptions(ownItems, { "按字符" }, 4);
+    ASSERT_TRUE(grid.EditSubItem(added, 4));
+    EXPECT_EQ(grid.GetComboCtrl()->count(), 2);
+    grid.EndEditing(false, TLEND_CANCEL);
+    EXPECT_EQ(grid.GetEditMode(own, 4), TLEM_NONE);
+    EXPECT_FALSE(grid.EditSubItem(own, 4));
+    EXPECT_EQ(grid.GetEditMode(ownItems, 4), TLEM_LIST) << "the column's editor then, its own items";
+    EXPECT_EQ(grid.GetEditOptions(ownItems, 4), QStringList({ "按字符" }));
+
+    const QStringList second { "", "QVCenter ____ _ ____" };
+    grid.SetColumnEditMode(4, TLEM_LIST, second);
+    EXPECT_EQ(grid.GetEditOptions(added, 4), second);
+    EXPECT_EQ(grid.GetEditOptions(ownItems, 4), QStringList({ "按字符" }));
+    EXPECT_EQ(grid.GetEditOptions(rows[0], 4), QStringList({ "", "按字符", "QVDash __ __ __ __" }));
+    HTREEITEM copy = grid.CopyItem(own, TVI_ROOT, TVI_LAST);
+    EXPECT_EQ(grid.GetEditMode(copy, 4), TLEM_NONE) << "a copy keeps the cell's own editor";
+    grid.DeleteColumn(0);
+    grid.InsertColumn(0, "系统编号");
+    HTREEITEM later = grid.InsertItem("回用水");
+    EXPECT_EQ(grid.GetEditMode(later, 0), TLEM_NONE) << "a new column has no editor";
+}
+
 TEST_F(EditorsTest, DialogAnswerDecidesWhetherTheCellTakesTheText)
 {
     QObject::connect(
