@@ -310,13 +310,15 @@ int SysCodeDlg::GetSubtreeDepth(HTREEITEM row) const
     return deepest + 1;
 }
 
-// Fills `record` from a row's cells; true when the row has no saved index yet.
+// Fills `record` from a row's cells; true when the row has no saved index yet. A
+// save or an exchange turns every row into a record: the cells are read straight
+// from the row, which is cheaper than the grid's checked accessors.
 bool SysCodeDlg::BuildRecordFromRow(CSysCodeData& record, HTREEITEM row) const
 {
     const bool pipe = IsElectrical();
     const auto text
-        = [&](int logical) { return m_tree.GetItemText(row, SysCodeVisibleColumn(logical, pipe)); };
-    record.SetNodeName(text(kColName));
+        = [&](int logical) -> const QString& { return row->cell(SysCodeVisibleColumn(logical, pipe)).text; };
+    record.SetNodeName(m_tree.GetItemText(row, 0));
     record.SetMfcColor(m_tree.GetItemBackColor(row, kColColor));
     if (pipe) {
         const auto info = m_mapRowInfo.find(row);
@@ -329,7 +331,7 @@ bool SysCodeDlg::BuildRecordFromRow(CSysCodeData& record, HTREEITEM row) const
     record.SetLineWidth(text(kColLineWidth).toDouble());
     record.SetAlpha(text(kColAlpha).toInt());
     record.SetDescribe(text(kColRemark));
-    if (const int index = GetRowNodeIndex(row); index > 0) {
+    if (const int index = int(row->data()); index > 0) {
         record.SetNodeIndex(index);
         return false;
     }
@@ -338,7 +340,7 @@ bool SysCodeDlg::BuildRecordFromRow(CSysCodeData& record, HTREEITEM row) const
 
 void SysCodeDlg::BuildChildRecords(CSysCodeData& parent, HTREEITEM row)
 {
-    for (HTREEITEM c = m_tree.GetChildItem(row); c; c = m_tree.GetNextSiblingItem(c)) {
+    for (CTreeListItem* c : m_tree.GetModel()->tree().resolve(row)->children()) {
         auto* record = new CSysCodeData;
         BuildChildRecords(*record, c);
         if (BuildRecordFromRow(*record, c))

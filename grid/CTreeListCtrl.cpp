@@ -193,11 +193,13 @@ HTREEITEM CTreeListCtrl::CopyItem(
 
 void CTreeListCtrl::notifyDeleted(HTREEITEM item)
 {
-    m_model->tree().forEachPostOrder(item, [this](HTREEITEM gone) {
+    // The id is a property looked up by name: once for all the items going.
+    const int id = GetDlgCtrlID();
+    m_model->tree().forEachPostOrder(item, [this, id](HTREEITEM gone) {
         if (gone == GetRootItem())
             return;
         NMLISTVIEW info;
-        info.hdr = { this, GetDlgCtrlID(), LVN_DELETEITEM };
+        info.hdr = { this, id, LVN_DELETEITEM };
         info.hItem = gone;
         info.lParam = gone->data();
         Q_EMIT itemDeleted(info);

@@ -39,7 +39,7 @@ trap 'rm -rf "$out"' EXIT
 # Every row shown: the third argument of the grid's interactions is 1.
 interactions='^BM_[A-Za-z]+/[0-9]+/1(/|$)'
 declare -A filters=(
-  [bench_dialog]='^BM_(OpenDialog|BareGridSameRows|DialogRefill|ImportRefill|UndoRedoImport)/'
+  [bench_dialog]='^BM_(OpenDialog|BareGridSameRows|DialogRefill|ImportFill|UndoRedoImport)/'
   [bench_save]='^BM_(OkWithOneColourChanged|BareSaveAndFill|FillAfterSave|BareRefill)/'
   [bench_node_ops]="$interactions"
   [bench_cell_edit]="$interactions"
@@ -69,7 +69,7 @@ sizes = (10000, 50000)
 # Fills: against the bare grid's fill of the same rows.
 ratios = []
 for n in sizes:
-    for op in ("OpenDialog", "DialogRefill", "ImportRefill", "UndoRedoImport"):
+    for op in ("OpenDialog", "DialogRefill", "ImportFill", "UndoRedoImport"):
         ratios.append((f"BM_{op}/{n}", f"BM_BareGridSameRows/{n}", 1.5))
     ratios.append((f"BM_FillAfterSave/{n}", f"BM_BareRefill/{n}", 1.5))
     ratios.append((f"BM_OkWithOneColourChanged/{n}", f"BM_BareSaveAndFill/{n}", 1.3))
