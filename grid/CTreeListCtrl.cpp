@@ -10,6 +10,8 @@
 
 #include <QHeaderView>
 
+#include <algorithm>
+
 namespace {
 constexpr int kTreeTextLimit = 300;
 // The system button-text colour: what an unset cell colour reads as.
@@ -183,12 +185,31 @@ HTREEITEM CTreeListCtrl::CopyItem(
     }
     forgetHistoryOutsideGroup();
     HTREEITEM copy = m_model->copyItem(item, parent, insertAfter);
+    if (copy && from != this)
+        takeColumnEditors(copy, *from);
     if (copy) {
         recordInserted(copy);
         syncExpandedSubtree(copy);
         syncExpanded(parent);
     }
     return copy;
+}
+
+// Cells copied from another grid keep the editors they had there, their columns'
+// ones included.
+void CTreeListCtrl::takeColumnEditors(HTREEITEM copy, const CTreeListCtrl& from)
+{
+    CTreeListItemTree& tree = m_model->tree();
+    const CTreeListItemTree& source = from.m_model->tree();
+    const int columns = std::min(GetColumnCount(), from.GetColumnCount());
+    tree.forEachPostOrder(copy, [&](HTREEITEM each) {
+        for (int c = 0; c < columns; ++c) {
+            if (!each->cell(c).ownEditor && source.columnEditMode(c) != TLEM_NONE) {
+                tree.setEditMode(each, c, source.columnEditMode(c));
+                tree.setOptions(each, c, source.columnOptions(c));
+            }
+        }
+    });
 }
 
 void CTreeListCtrl::notifyDeleted(HTREEITEM item)

@@ -222,6 +222,7 @@ private:
     void onCurrentChanged(const QModelIndex& current, const QModelIndex& previous);
     void onViewExpanded(const QModelIndex& index, bool expanded);
     void notifyDeleted(HTREEITEM item);
+    void takeColumnEditors(HTREEITEM copy, const CTreeListCtrl& from);
     void endEditIfInside(HTREEITEM item);
     void applyStyles();
     CTreeListEditorBase* editorForMode(int mode, int column);

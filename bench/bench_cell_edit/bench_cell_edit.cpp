@@ -83,7 +83,10 @@ void BM_CommitRename(benchmark::State& state)
     qint64 commitNs = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        grid.EditSubItem(row, 0);
+        if (!grid.EditSubItem(row, 0)) {
+            state.SkipWithError("the name cell did not open");
+            break;
+        }
         QLineEdit* edit = grid.GetEditBtnCtrl()->GetEdit();
         edit->setText(names[turn++ % 2]);
         QApplication::processEvents();
@@ -138,7 +141,10 @@ void BM_BareGridCommit(benchmark::State& state)
     qint64 commitNs = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        grid.EditSubItem(row, 0);
+        if (!grid.EditSubItem(row, 0)) {
+            state.SkipWithError("the name cell did not open");
+            break;
+        }
         QLineEdit* edit = grid.GetEditBtnCtrl()->GetEdit();
         edit->setText(names[turn++ % 2]);
         QApplication::processEvents();

@@ -290,6 +290,13 @@ TEST_F(EditorsTest, CellsWithoutEditorsOfTheirOwnTakeTheirColumns)
     EXPECT_EQ(grid.GetEditOptions(rows[0], 4), QStringList({ "", "按字符", "QVDash __ __ __ __" }));
     HTREEITEM copy = grid.CopyItem(own, TVI_ROOT, TVI_LAST);
     EXPECT_EQ(grid.GetEditMode(copy, 4), TLEM_NONE) << "a copy keeps the cell's own editor";
+    CTreeListCtrl other;
+    for (int c = 0; c < grid.GetColumnCount(); ++c)
+        other.InsertColumn(c, grid.GetColumnText(c));
+    HTREEITEM moved = other.CopyItem(added, TVI_ROOT, TVI_LAST, &grid);
+    EXPECT_EQ(other.GetEditMode(moved, 4), TLEM_LIST) << "a copy into another grid keeps what it offered";
+    EXPECT_EQ(other.GetEditOptions(moved, 4), second);
+    EXPECT_EQ(other.GetEditMode(moved, 3), TLEM_NONE);
     grid.DeleteColumn(0);
     grid.InsertColumn(0, "系统编号");
     HTREEITEM later = grid.InsertItem("回用水");
