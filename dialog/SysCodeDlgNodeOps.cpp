@@ -165,14 +165,22 @@ bool SysCodeDlg::DeleteSelectedRows()
         UpdateData(false);
         return false;
     }
+    // The selected rows from the last up: a row deleted moves none of those before
+    // it. Their state is read straight from the rows, once.
+    std::vector<HTREEITEM> selected;
+    for (int r = 0; r < count; ++r) {
+        HTREEITEM row = m_tree.GetItemFromRow(r);
+        if (row && (row->state() & LVIS_SELECTED))
+            selected.push_back(row);
+    }
     bool result = false;
     bool refused = false;
     QStringList usage;
     std::optional<bool> despiteUnreadFloors;
-    for (int r = count - 1; r >= 0; --r) {
-        HTREEITEM row = m_tree.GetItemFromRow(r);
-        if (!row || !(m_tree.GetItemState(row, LVIS_SELECTED) & LVIS_SELECTED))
-            continue;
+    for (auto it = selected.rbegin(); it != selected.rend(); ++it) {
+        HTREEITEM row = *it;
+        if (m_tree.GetItemLevel(row) <= 0)
+            continue; // no longer the grid's (a question's answer may run other code)
         if (m_tree.ItemHasChildren(row)
             && MessageBoxExW(GetActiveWindow(),
                    QStringLiteral("删除所选行将连同其下级一起被删除，是否确定删除") + g_strQuestion,

@@ -18,6 +18,18 @@ constexpr int kTreeTextLimit = 300;
 constexpr COLORREF kButtonTextColor = 0x000000;
 } // namespace
 
+CTreeListCtrl::HeldAutoScroll::HeldAutoScroll(CTreeListCtrl& grid)
+    : m_grid(grid)
+    , m_on(grid.hasAutoScroll())
+{
+    grid.setAutoScroll(false);
+}
+
+CTreeListCtrl::HeldAutoScroll::~HeldAutoScroll()
+{
+    m_grid.setAutoScroll(m_on);
+}
+
 CTreeListCtrl::CTreeListCtrl(QWidget* parent)
     : QTreeView(parent)
     , m_model(new CTreeListModel(this))
@@ -247,6 +259,7 @@ BOOL CTreeListCtrl::DeleteItem(HTREEITEM item)
         m_dropTarget = nullptr;
     if (m_pressItem && m_model->tree().isAncestorOrSelf(item, m_pressItem))
         m_pressItem = nullptr;
+    const HeldAutoScroll held(*this);
     if (m_history->IsRecording()) {
         // Kept alive for the undo: the same handles come back.
         HTREEITEM parent = item->parent();

@@ -235,6 +235,21 @@ private:
     void recordCellChange(HTREEITEM item, int column, std::optional<CTreeListCell> before);
     void forgetHistoryOutsideGroup();
     HTREEITEM replay(bool undo);
+    // While rows are taken out the view does not follow the row the selection's
+    // caret moves on to: scrolling there would lay out every row before they go, and
+    // the view lays them out again afterwards.
+    class HeldAutoScroll
+    {
+    public:
+        explicit HeldAutoScroll(CTreeListCtrl& grid);
+        ~HeldAutoScroll();
+        HeldAutoScroll(const HeldAutoScroll&) = delete;
+        HeldAutoScroll& operator=(const HeldAutoScroll&) = delete;
+
+    private:
+        CTreeListCtrl& m_grid;
+        bool m_on;
+    };
 
     CTreeListModel* m_model;
     std::unique_ptr<CTreeListHistory> m_history;

@@ -83,7 +83,11 @@ HTREEITEM CTreeListCtrl::replay(bool undo)
         return shown;
     }
     SetRedraw(false);
-    HTREEITEM shown = undo ? m_history->Undo() : m_history->Redo();
+    HTREEITEM shown = nullptr;
+    {
+        const HeldAutoScroll held(*this);
+        shown = undo ? m_history->Undo() : m_history->Redo();
+    }
     const CTreeListItemTree& tree = m_model->tree();
     if (m_dropTarget && !tree.isItem(m_dropTarget))
         m_dropTarget = nullptr;

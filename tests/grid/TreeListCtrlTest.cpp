@@ -6,6 +6,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -250,6 +251,39 @@ TEST_F(TreeListCtrlTest, CellsArePaintedInTheirColours)
     EXPECT_TRUE(highlight == grid.palette().color(QPalette::Active, QPalette::Highlight)
         || highlight == grid.palette().color(QPalette::Inactive, QPalette::Highlight));
     EXPECT_GT(count(a, 2, [&](QColor c) { return c != highlight; }), 10) << "the selected row's text";
+}
+
+// Deleting the caret's row with a tall subtree, outright or by undoing its insert,
+// moves the caret to the next row and leaves the view where the user had it: the
+// rows after the deleted ones move up into it.
+TEST_F(TreeListCtrlTest, DeletingTheCaretRowLeavesTheViewWhereItIs)
+{
+    for (const bool byUndo : { false, true }) {
+        SCOPED_TRACE(byUndo ? "undo" : "delete");
+        grid.DeleteAllItems();
+        std::vector<HTREEITEM> after;
+        for (int i = 0; i < 300; ++i)
+            after.push_back(grid.InsertItem(QStringLiteral("after%1").arg(i)));
+        grid.BeginUndoGroup();
+        HTREEITEM tall = grid.InsertItem("tall", TVI_ROOT, TVI_FIRST);
+        for (int i = 0; i < 300; ++i)
+            grid.InsertItem(QString::number(i), tall);
+        grid.EndUndoGroup();
+        grid.Expand(tall, TVE_EXPAND);
+        grid.SelectItem(tall);
+        grid.SelectSetFirstVisible(tall);
+        QApplication::processEvents();
+        const int scrolled = grid.verticalScrollBar()->value();
+        ASSERT_TRUE(grid.CanUndo());
+        if (byUndo)
+            grid.Undo();
+        else
+            grid.DeleteItem(tall);
+        QApplication::processEvents();
+        EXPECT_EQ(grid.verticalScrollBar()->value(), scrolled);
+        EXPECT_EQ(grid.GetCaretItem(), after[0]);
+        EXPECT_TRUE(grid.hasAutoScroll());
+    }
 }
 
 TEST_F(TreeListCtrlTest, TreeTextIsReadUpTo300Characters)
