@@ -9,6 +9,7 @@
 #include "CTreeListCtrl.h"
 #include "QvKsQtxmInfo.h"
 #include "QvKsUiNumEdit.h"
+#include "SysCodeFindIndex.h"
 #include "SysCodeSaveCheck.h"
 #include "UsedCodeIndexes.h"
 
@@ -161,6 +162,8 @@ public:
     // being recorded.
     void SetRowInfo(HTREEITEM row, const QString& info);
     void EraseRowInfo(HTREEITEM row);
+    // Counts the changes to m_mapRowInfo made through these and their undo steps.
+    std::uint64_t m_nRowInfoChanges = 0;
     // Operations being recorded as one undo step (see SysCodeUndoGroup).
     int m_nUndoDepth = 0;
     // The drop-down lists by logical column while rows are being inserted; empty
@@ -353,6 +356,7 @@ private:
 
     QCheckBox* m_checkDispAddedMsg = nullptr;
     QLineEdit* m_findEdit = nullptr;
+    SysCodeFindIndex m_findIndex;
     // The rows open when the find field opened, opened again when it closes.
     std::vector<HTREEITEM> m_findExpanded;
     // The dragged row's picture, following the pointer while a drag runs.

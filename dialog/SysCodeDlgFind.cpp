@@ -16,8 +16,6 @@
 #include <QShortcut>
 #include <QStringMatcher>
 
-#include <unordered_set>
-
 void SysCodeDlg::ConnectFind()
 {
     m_findEdit = new QLineEdit(this);
@@ -65,6 +63,8 @@ void SysCodeDlg::OpenFind()
             }
         };
         remember(remember, m_tree.GetRootItem());
+        m_findIndex.Update(
+            m_tree, m_mapRowInfo, SysCodeVisibleColumn(kColRemark, IsElectrical()), m_nRowInfoChanges);
         PlaceFind();
         m_findEdit->show();
     }
@@ -74,7 +74,7 @@ void SysCodeDlg::OpenFind()
 
 // A plain substring, any letter case. Text without letters that have a case
 // (Chinese, digits) is matched exactly, which is much quicker than folding every
-// character it is compared with. Names and remarks are short: a plain search of
+// character it is compared with. The texts searched are short: a plain search of
 // each is quicker than a prepared one.
 QStringMatcher SysCodeDlg::FindMatcher(const QString& text)
 {
@@ -101,18 +101,6 @@ bool CellsHold(const CTreeListItem* row, const FindText& text, int remarkColumn)
     return text.In(row->cell(0).text) || (remarkColumn >= 0 && text.In(row->cell(remarkColumn).text));
 }
 
-// The rows whose pipeline information holds the text, found in one pass over the
-// map: on a large specialty, looking each row up costs more than the rest of its test.
-std::unordered_set<const CTreeListItem*> RowsWithInfoHolding(
-    const std::unordered_map<HTREEITEM, QString>& infos, const FindText& text)
-{
-    std::unordered_set<const CTreeListItem*> rows;
-    for (const auto& [row, info] : infos) {
-        if (text.In(info))
-            rows.insert(row);
-    }
-    return rows;
-}
 } // namespace
 
 bool SysCodeDlg::RowMatches(HTREEITEM row, const QStringMatcher& matcher, int remarkColumn) const
@@ -130,11 +118,10 @@ void SysCodeDlg::ApplyFind(const QString& text)
     if (text.isEmpty()) {
         m_tree.SetRowFilter({});
     } else {
-        const FindText find(FindMatcher(text));
-        const int remark = SysCodeVisibleColumn(kColRemark, IsElectrical());
-        const std::unordered_set<const CTreeListItem*> infoRows = RowsWithInfoHolding(m_mapRowInfo, find);
-        m_tree.SetRowFilter(
-            [&](HTREEITEM row) { return CellsHold(row, find, remark) || infoRows.count(row) > 0; });
+        const QStringMatcher matcher = FindMatcher(text);
+        m_findIndex.Update(
+            m_tree, m_mapRowInfo, SysCodeVisibleColumn(kColRemark, IsElectrical()), m_nRowInfoChanges);
+        m_tree.SetRowFilterItems(m_findIndex.Holding(matcher.pattern(), matcher.caseSensitivity()));
         // Every code kept is shown: its parents open. The walk reads the grid's items
         // straight: on a large specialty its checked accessors cost more than the walk.
         const auto open = [&](auto&& self, const CTreeListItem* parent) -> void {
@@ -190,6 +177,7 @@ void SysCodeDlg::CloseFind()
             m_tree.Expand(row, TVE_EXPAND);
     }
     m_findExpanded.clear();
+    m_findIndex.Clear();
     m_tree.SetRedraw(true);
     m_findEdit->hide();
     if (HTREEITEM caret = m_tree.GetCaretItem())

@@ -47,9 +47,10 @@ void SysCodeDlg::SetRowInfo(HTREEITEM row, const QString& info)
         before = at->second;
         at->second = info;
     }
+    ++m_nRowInfoChanges;
     if (m_tree.IsUndoRecording())
         m_tree.RecordUndo([this, row, before] { RestoreRowInfo(row, before); },
-            [this, row, info] { m_mapRowInfo[row] = info; });
+            [this, row, info] { RestoreRowInfo(row, info); });
 }
 
 void SysCodeDlg::EraseRowInfo(HTREEITEM row)
@@ -59,13 +60,15 @@ void SysCodeDlg::EraseRowInfo(HTREEITEM row)
         return;
     const QString before = found->second;
     m_mapRowInfo.erase(found);
+    ++m_nRowInfoChanges;
     if (m_tree.IsUndoRecording())
-        m_tree.RecordUndo(
-            [this, row, before] { m_mapRowInfo[row] = before; }, [this, row] { m_mapRowInfo.erase(row); });
+        m_tree.RecordUndo([this, row, before] { RestoreRowInfo(row, before); },
+            [this, row] { RestoreRowInfo(row, std::nullopt); });
 }
 
 void SysCodeDlg::RestoreRowInfo(HTREEITEM row, const std::optional<QString>& info)
 {
+    ++m_nRowInfoChanges;
     if (info)
         m_mapRowInfo[row] = *info;
     else

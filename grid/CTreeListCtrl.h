@@ -109,10 +109,15 @@ public:
     // Shows only the items `shown` answers true for and their ancestors; rows and row
     // numbers then count only those. An empty function shows every item again.
     void SetRowFilter(const std::function<bool(HTREEITEM)>& shown);
+    // The same with the items to show given at once: no test per item.
+    void SetRowFilterItems(const std::vector<HTREEITEM>& shown);
     bool IsRowFilterOn() const { return m_filterOn; }
     // Suspends (false) or resumes (true) painting; nests with Expand.
     void SetRedraw(bool redraw);
     bool IsPaintingSuspended() const { return m_redrawLocks > 0; }
+    // Changes to the cells' texts and to which items the grid holds (see
+    // CTreeListItemTree::contentChanges).
+    std::uint64_t ContentChanges() const { return m_model->tree().contentChanges(); }
 
     // Drag.
     QPixmap CreateDragImage(HTREEITEM item) const;
@@ -217,6 +222,9 @@ private:
     bool validCell(HTREEITEM item, int column) const;
     void notifyCellChanged(HTREEITEM item, int column);
     void syncExpanded(HTREEITEM item);
+    // Hides the items `keep` answers false for (given the item and whether a child
+    // of it stays), asked for every item, children first.
+    void applyRowFilter(const std::function<bool(HTREEITEM, bool)>& keep);
     void syncExpandedSubtree(HTREEITEM item);
     void onSelectionChanged(const QItemSelection& selected, const QItemSelection& deselected);
     void onCurrentChanged(const QModelIndex& current, const QModelIndex& previous);

@@ -76,18 +76,35 @@ void CTreeListCtrl::SetRedraw(bool redraw)
 
 void CTreeListCtrl::SetRowFilter(const std::function<bool(HTREEITEM)>& shown)
 {
+    m_filterOn = bool(shown);
+    // An item stays when it matches or keeps a child.
+    applyRowFilter([&](HTREEITEM item, bool childKept) { return childKept || !m_filterOn || shown(item); });
+}
+
+void CTreeListCtrl::SetRowFilterItems(const std::vector<HTREEITEM>& shown)
+{
+    CTreeListItemTree& tree = m_model->tree();
+    for (HTREEITEM item : shown) {
+        if (valid(item))
+            tree.markKept(item);
+    }
+    m_filterOn = true;
+    applyRowFilter([&](HTREEITEM item, bool) { return tree.takeKept(item); });
+}
+
+void CTreeListCtrl::applyRowFilter(const std::function<bool(HTREEITEM, bool)>& keepItem)
+{
     endEditIfInside(GetRootItem());
     CTreeListItemTree& tree = m_model->tree();
-    m_filterOn = bool(shown);
     SetRedraw(false);
-    // Children first: an item stays when it matches or keeps a child.
+    // Children first.
     const auto visit = [&](auto&& self, HTREEITEM item) -> bool {
         bool keep = false;
         for (HTREEITEM child : item->children())
             keep = self(self, child) || keep;
         if (item == GetRootItem())
             return true;
-        keep = keep || !m_filterOn || shown(item);
+        keep = keepItem(item, keep);
         if (tree.setFilteredOut(item, !keep)) {
             const QModelIndex index = m_model->indexFromItem(item);
             setRowHidden(index.row(), index.parent(), !keep);

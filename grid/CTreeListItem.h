@@ -53,6 +53,7 @@ private:
     UINT m_state = 0;
     bool m_expanded = false;
     bool m_filteredOut = false;
+    bool m_kept = false; // while a row filter given as items is applied
     quintptr m_data = 0;
     // Shown-row index: valid when m_rowStamp equals the tree's current stamp.
     int m_row = -1;

@@ -71,6 +71,7 @@ int CTreeListItemTree::sortedPosition(HTREEITEM parent, const QString& text) con
 
 HTREEITEM CTreeListItemTree::insertAt(HTREEITEM parent, int position, const QString& text)
 {
+    ++m_contentChanges;
     auto* item = new CTreeListItem;
     item->cellForWrite(0).text = text;
     m_live.insert(item);
@@ -80,6 +81,7 @@ HTREEITEM CTreeListItemTree::insertAt(HTREEITEM parent, int position, const QStr
 
 HTREEITEM CTreeListItemTree::copyAt(HTREEITEM source, HTREEITEM parent, int position)
 {
+    ++m_contentChanges;
     HTREEITEM copy = copySubtree(source, nullptr, 0);
     attach(parent, copy, position);
     return copy;
@@ -118,12 +120,14 @@ void CTreeListItemTree::remove(HTREEITEM item)
 {
     if (!item || item == m_root.get())
         return;
+    ++m_contentChanges;
     detach(item);
     destroySubtree(item);
 }
 
 void CTreeListItemTree::removeAllItems()
 {
+    ++m_contentChanges;
     invalidateRowsUnder(m_root.get());
     for (HTREEITEM child : m_root->m_children)
         destroySubtree(child);
@@ -134,12 +138,14 @@ void CTreeListItemTree::detachKeep(HTREEITEM item)
 {
     if (!item || item == m_root.get())
         return;
+    ++m_contentChanges;
     detach(item);
     setLive(item, false);
 }
 
 void CTreeListItemTree::reattach(HTREEITEM item, HTREEITEM parent, int position)
 {
+    ++m_contentChanges;
     setLive(item, true);
     attach(parent, item, position);
 }
@@ -205,11 +211,13 @@ void CTreeListItemTree::renumberFrom(HTREEITEM parent, int first)
 
 void CTreeListItemTree::setText(HTREEITEM item, int column, const QString& text)
 {
+    ++m_contentChanges;
     item->cellForWrite(column).text = text;
 }
 
 void CTreeListItemTree::setCell(HTREEITEM item, int column, const CTreeListCell& cell)
 {
+    ++m_contentChanges;
     item->cellForWrite(column) = cell;
 }
 
@@ -281,6 +289,7 @@ bool CTreeListItemTree::setExpanded(HTREEITEM item, bool expanded)
 
 void CTreeListItemTree::insertColumn(int index, const CTreeListColumn& column)
 {
+    ++m_contentChanges;
     index = std::clamp(index, 0, columnCount());
     m_columns.insert(m_columns.begin() + index, column);
     m_compares.insert(m_compares.begin() + index, TreeListCompare());
@@ -294,6 +303,7 @@ void CTreeListItemTree::removeColumn(int index)
 {
     if (index < 0 || index >= columnCount())
         return;
+    ++m_contentChanges;
     m_columns.erase(m_columns.begin() + index);
     m_compares.erase(m_compares.begin() + index);
     forEachPostOrder(m_root.get(), [index](HTREEITEM item) {
@@ -331,6 +341,19 @@ bool CTreeListItemTree::setFilteredOut(HTREEITEM item, bool filteredOut)
     item->m_filteredOut = filteredOut;
     invalidateRowsUnder(item->m_parent);
     return true;
+}
+
+void CTreeListItemTree::markKept(HTREEITEM item)
+{
+    for (HTREEITEM p = item; p && p != m_root.get() && !p->m_kept; p = p->m_parent)
+        p->m_kept = true;
+}
+
+bool CTreeListItemTree::takeKept(HTREEITEM item)
+{
+    const bool kept = item->m_kept;
+    item->m_kept = false;
+    return kept;
 }
 
 void CTreeListItemTree::invalidateRowsUnder(HTREEITEM parent)

@@ -91,6 +91,13 @@ public:
     bool setExpanded(HTREEITEM item, bool expanded);
     // Returns whether the flag changed.
     bool setFilteredOut(HTREEITEM item, bool filteredOut);
+    // A row filter given as the items to keep: each is marked with its ancestors,
+    // and every item's mark is read and cleared as the filter is applied.
+    void markKept(HTREEITEM item);
+    bool takeKept(HTREEITEM item);
+    // Counts the changes to the items' texts and to which items the tree holds: what
+    // was gathered from the items is current while this stays the same.
+    std::uint64_t contentChanges() const { return m_contentChanges; }
 
     // Columns; cells follow their column when columns are inserted or deleted.
     int columnCount() const { return int(m_columns.size()); }
@@ -127,4 +134,5 @@ private:
     mutable std::vector<HTREEITEM> m_rows;
     mutable std::uint64_t m_stamp = 1;
     mutable bool m_rowsStale = true;
+    std::uint64_t m_contentChanges = 0;
 };

@@ -14,11 +14,13 @@
 
 #include <QDir>
 #include <QFontDatabase>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 
 namespace {
@@ -327,6 +329,70 @@ TEST_F(SysCodeDlgTest, ARowCommandMarksTheDialogModifiedExactlyWhenItChangesTheG
         const QStringList before = snapshot(*dlg);
         EXPECT_TRUE(dlg->OnCommand(command)) << command;
         EXPECT_EQ(dlg->m_bModified, snapshot(*dlg) != before) << command;
+    }
+}
+
+// The find field searches what the codes hold when the text is typed: a change made
+// while it is open (a rename, pipeline information set or taken back, a code added
+// or deleted) is found by the next keystroke.
+TEST_F(SysCodeDlgTest, FindSeesChangesMadeWhileItIsOpen)
+{
+    struct Case
+    {
+        const char* what;
+        std::function<void(SysCodeDlg&)> change;
+        const char* typed;
+        QStringList shown; // the rows the text keeps, once typed after the change
+    };
+    const auto at
+        = [](SysCodeDlg& dlg, const char* name) { return dlg.FindRowByFullName(QString::fromUtf8(name)); };
+    const Case cases[] = {
+        { "nothing changed", [](SysCodeDlg&) {}, "一般", { "照明" } },
+        { "a code renamed", [&](SysCodeDlg& dlg) { grid(dlg).SetItemText(at(dlg, "动力"), "动力照明", 0); },
+            "动力照明", { "动力照明" } },
+        { "a remark written", [&](SysCodeDlg& dlg) { grid(dlg).SetItemText(at(dlg, "插座"), "一般插座", 9); },
+            "一般", { "照明", "插座" } },
+        { "pipeline information set",
+            [&](SysCodeDlg& dlg) { dlg.SetRowInfo(at(dlg, "动力"), QStringLiteral("电气\\电缆\\YJV")); },
+            "YJV", { "动力" } },
+        { "pipeline information cleared and that undone",
+            [&](SysCodeDlg& dlg) {
+                grid(dlg).BeginUndoGroup();
+                dlg.EraseRowInfo(at(dlg, "照明"));
+                grid(dlg).EndUndoGroup();
+                dlg.ReplayUndo(true);
+            },
+            "SC20", { "照明" } },
+        { "a code added",
+            [&](SysCodeDlg& dlg) {
+                dlg.m_pCurRow = at(dlg, "插座");
+                dlg.OnCommand(ID_MENU_ADD_SIBLING);
+            },
+            "插座", { "插座", "插座1" } },
+        { "a code deleted with the code below it",
+            [&](SysCodeDlg& dlg) {
+                grid(dlg).SelectItem(at(dlg, "照明"));
+                dlg.m_pCurRow = at(dlg, "照明");
+                dlg.OnCommand(ID_MENU_DELETE);
+            },
+            "WL", {} },
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        MessageBoxRecorder boxes;
+        SetMessageBoxHandler([](const MessageBoxRequest&) { return IDYES; });
+        auto dlg = open(QStringLiteral("电气"));
+        dlg->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dlg.get()));
+        QTest::keyClick(dlg.get(), Qt::Key_F, Qt::ControlModifier);
+        auto* field = qobject_cast<QLineEdit*>(control(*dlg, IDC_FIND_TEXT));
+        ASSERT_NE(field, nullptr);
+        ASSERT_TRUE(field->isVisible());
+        field->setText(QStringLiteral("照明"));
+        c.change(*dlg);
+        field->setText(QString::fromUtf8(c.typed));
+        EXPECT_EQ(shownNames(*dlg), c.shown);
+        SetMessageBoxHandler({});
     }
 }
 

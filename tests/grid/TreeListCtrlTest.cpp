@@ -11,6 +11,8 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace {
 class TreeListCtrlTest : public ::testing::Test
 {
@@ -74,6 +76,57 @@ TEST_F(TreeListCtrlTest, ARowFilterKeepsMatchesWithTheirParentsAndCountsOnlyThem
     grid.SetRowFilter({});
     EXPECT_FALSE(grid.IsRowFilterOn());
     EXPECT_EQ(rowTexts(), QStringList({ "A", "A1", "A11", "B", "B1" }));
+}
+
+// The same filter given as the items to keep: the rows are the same, whatever the
+// filter before it kept; a handle no longer the grid's is passed over.
+TEST_F(TreeListCtrlTest, ARowFilterGivenAsItemsKeepsThemWithTheirParents)
+{
+    grid.Expand(a1, TVE_EXPAND);
+    HTREEITEM b1 = grid.InsertItem("B1", b);
+    HTREEITEM b2 = grid.InsertItem("B2", b);
+    grid.Expand(b, TVE_EXPAND);
+    grid.DeleteItem(b2);
+    const std::vector<std::pair<std::vector<HTREEITEM>, QStringList>> filters = {
+        { { a11, b }, { "A", "A1", "A11", "B" } },
+        { { b1, b2 }, { "B", "B1" } },
+        { { a1 }, { "A", "A1" } },
+        { {}, {} },
+    };
+    for (const auto& [items, rows] : filters) {
+        grid.SetRowFilterItems(items);
+        EXPECT_TRUE(grid.IsRowFilterOn());
+        EXPECT_EQ(rowTexts(), rows);
+        QApplication::processEvents();
+        EXPECT_EQ(grid.visualRect(grid.GetModel()->indexFromItem(a)).isValid(), rows.contains("A"));
+    }
+    grid.SetRowFilter({});
+    EXPECT_EQ(rowTexts(), QStringList({ "A", "A1", "A11", "B", "B1" }));
+}
+
+// What the grid holds is counted as changed by new texts and by items coming and
+// going, not by colours, selection or opening.
+TEST_F(TreeListCtrlTest, ContentChangesCountTextsAndItemsOnly)
+{
+    const auto changes = [&](const std::function<void()>& change) {
+        const std::uint64_t before = grid.ContentChanges();
+        change();
+        return grid.ContentChanges() != before;
+    };
+    EXPECT_TRUE(changes([&] { grid.SetItemText(b, "B+", 2); }));
+    EXPECT_TRUE(changes([&] { grid.InsertItem("C"); }));
+    EXPECT_TRUE(changes([&] { grid.CopyItem(a1, b, TVI_LAST); }));
+    EXPECT_TRUE(changes([&] { grid.DeleteItem(a11); }));
+    EXPECT_TRUE(changes([&] {
+        grid.BeginUndoGroup();
+        grid.DeleteItem(a1);
+        grid.EndUndoGroup();
+    }));
+    EXPECT_TRUE(changes([&] { grid.Undo(); }));
+    EXPECT_FALSE(changes([&] { grid.SetItemBackColor(b, 0x00FF00, 1); }));
+    EXPECT_FALSE(changes([&] { grid.SelectItem(b); }));
+    EXPECT_FALSE(changes([&] { grid.Expand(a, TVE_COLLAPSE); }));
+    EXPECT_TRUE(changes([&] { grid.DeleteAllItems(); }));
 }
 
 TEST_F(TreeListCtrlTest, SelectedItemUnderCollapsedParentIsNoRow)
