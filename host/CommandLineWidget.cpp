@@ -1,9 +1,11 @@
 #include "CommandLineWidget.h"
 
+#include <QCompleter>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QStringListModel>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -12,6 +14,7 @@ CommandLineWidget::CommandLineWidget(QWidget* parent)
     : QWidget(parent)
     , m_history(new QPlainTextEdit(this))
     , m_input(new QLineEdit(this))
+    , m_completer(new QCompleter(this))
 {
     m_history->setObjectName(QStringLiteral("commandHistory"));
     m_history->setReadOnly(true);
@@ -23,8 +26,31 @@ CommandLineWidget::CommandLineWidget(QWidget* parent)
     layout->setSpacing(2);
     layout->addWidget(m_history, 1);
     layout->addWidget(m_input);
+    m_completer->setModel(new QStringListModel(m_completer));
+    m_completer->setCaseSensitivity(Qt::CaseInsensitive);
+    m_completer->setCompletionMode(QCompleter::PopupCompletion);
+    m_input->setCompleter(m_completer);
+    connect(m_input, &QLineEdit::textEdited, this, [this](const QString& text) {
+        if (text.size() == 1)
+            RefreshCompletions();
+    });
     connect(m_input, &QLineEdit::returnPressed, this, &CommandLineWidget::OnReturn);
     m_input->installEventFilter(this);
+}
+
+void CommandLineWidget::SetCommandNames(std::function<QStringList()> names)
+{
+    m_commandNames = std::move(names);
+    RefreshCompletions();
+}
+
+void CommandLineWidget::RefreshCompletions()
+{
+    auto* model = static_cast<QStringListModel*>(m_completer->model());
+    QStringList names = m_commandNames ? m_commandNames() : QStringList();
+    names.sort(Qt::CaseInsensitive);
+    if (model->stringList() != names)
+        model->setStringList(names);
 }
 
 bool CommandLineWidget::eventFilter(QObject* watched, QEvent* event)

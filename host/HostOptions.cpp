@@ -1,5 +1,7 @@
 #include "HostOptions.h"
 
+#include "HostDrawingCommands.h"
+
 bool HostOptions::Parse(const QStringList& arguments, HostOptions& options, QString& error)
 {
     options = HostOptions();
@@ -41,10 +43,24 @@ bool HostOptions::Parse(const QStringList& arguments, HostOptions& options, QStr
 QString HostOptions::Usage()
 {
     return QStringLiteral(
-        "usage: qvhost --project DIR [--floor NAME] [--plugin FILE]... [--script FILE]\n"
-        "  --project DIR   the project folder (store, floor drawings, profile folder)\n"
-        "  --floor NAME    the floor to open (default: the project's current floor)\n"
-        "  --plugin FILE   an application file to load (repeatable; default: QvCommonSysUI.zrx\n"
-        "                  beside qvhost, when present)\n"
-        "  --script FILE   run a script on the offscreen platform and exit (see host/README.md)\n");
+               "usage: qvhost --project DIR [--floor NAME] [--plugin FILE]... [--script FILE]\n"
+               "  --project DIR   the project folder (store, floor drawings, profile folder)\n"
+               "  --floor NAME    the floor to open (default: the project's current floor)\n"
+               "  --plugin FILE   an application file to load (repeatable; default: QvCommonSysUI.zrx\n"
+               "                  beside qvhost, when present)\n"
+               "  --script FILE   run a script on the offscreen platform and exit (see host/README.md)\n")
+        + CommandsUsage();
+}
+
+QString HostOptions::CommandsUsage()
+{
+    QString text
+        = QStringLiteral("commands of the host (local name, global name with \"_\"), beside the plug-ins':\n"
+                         "  REGEN, FREDRAW, FLOOR, QUIT\n");
+    for (const HostCommandName& command : HostDrawingCommands::Names())
+        text += QStringLiteral("  %1 (_%2)%3%4\n")
+                    .arg(command.local, command.global,
+                        QString(qMax(1, 22 - int(command.local.size() + command.global.size())), u' '),
+                        command.help);
+    return text;
 }

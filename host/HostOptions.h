@@ -17,4 +17,6 @@ struct HostOptions
     // False with `error` set for an unknown option, a missing value or no project.
     static bool Parse(const QStringList& arguments, HostOptions& options, QString& error);
     static QString Usage();
+    // The host's own commands, one a line.
+    static QString CommandsUsage();
 };

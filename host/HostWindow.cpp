@@ -7,12 +7,14 @@
 #include "DisplayControlWindow.h"
 #include "DisplayListBuilder.h"
 #include "DrawingView.h"
+#include "HostDrawingCommands.h"
 #include "HostSession.h"
 #include "IFaceBarCtrl.h"
 #include "LineTypeMgr.h"
 #include "QvKsCodeStyles.h"
 #include "QvKsSysCodeBar.h"
 #include "ZcApDocManager.h"
+#include "ZcEdCommandStack.h"
 #include "ZcEdSelection.h"
 #include "ZcUtPrintf.h"
 
@@ -42,6 +44,7 @@ HostWindow::HostWindow(HostSession& session, QWidget* parent)
     , m_displayControl(new DisplayControlWindow(this))
     , m_status(new QLabel(this))
     , m_queueTimer(new QTimer(this))
+    , m_drawingCommands(std::make_unique<HostDrawingCommands>(*this, session))
 {
     setObjectName(QStringLiteral("hostWindow"));
     setCentralWidget(m_view);
@@ -67,6 +70,7 @@ HostWindow::HostWindow(HostSession& session, QWidget* parent)
     connect(m_commandLine, &CommandLineWidget::submitted, this,
         [this](const QString& text) { RunCommandText(text); });
     connect(m_view, &DrawingView::prompt, m_commandLine, &CommandLineWidget::Print);
+    m_commandLine->SetCommandNames([this] { return CommandNames(); });
     // Strings queued outside a command (a bar double-click, say) run once the host
     // is idle again: no command running and no modal dialog open.
     connect(m_queueTimer, &QTimer::timeout, this, &HostWindow::RunQueuedStrings);
@@ -116,6 +120,8 @@ bool HostWindow::RunHostCommand(const QString& word)
         return true;
     }
     const QString name = word.toUpper().remove(0, word.startsWith(u'_') ? 1 : 0);
+    if (m_drawingCommands->Run(name))
+        return true;
     if (name == QLatin1String("REGEN")) {
         Regen();
         zcutPrintf(QStringLiteral("\n正在重生成模型。"));
@@ -132,6 +138,18 @@ bool HostWindow::RunHostCommand(const QString& word)
         return false;
     }
     return true;
+}
+
+QStringList HostWindow::CommandNames() const
+{
+    QStringList names { QStringLiteral("REGEN"), QStringLiteral("FREDRAW"), QStringLiteral("FLOOR"),
+        QStringLiteral("QUIT") };
+    for (const HostCommandName& command : HostDrawingCommands::Names())
+        names << command.local << u'_' + command.global;
+    for (const ZcEdCommand* command : zcedRegCmds()->commands())
+        names << command->localName() << u'_' + command->globalName();
+    names.removeDuplicates();
+    return names;
 }
 
 void HostWindow::ReloadStoreViews()

@@ -1,17 +1,21 @@
 #pragma once
 
 // The host's main window: the drawing view of the working drawing, the command
-// line (registered commands and the host's own: REGEN, FREDRAW, FLOOR, QUIT), the
+// line (registered commands and the host's own: REGEN, FREDRAW, FLOOR, QUIT, and
+// those of HostDrawingCommands), the
 // attribute bar as a dock and the "显示控制" tool window. Strings commands queue
 // with sendStringToExecute run after the command that queued them.
 #include "ZcEdCommandLoop.h"
 
 #include <QMainWindow>
 
+#include <memory>
+
 class CommandLineWidget;
 class DisplayControlWindow;
 class DisplayListBuilder;
 class DrawingView;
+class HostDrawingCommands;
 class HostSession;
 class QDockWidget;
 class QLabel;
@@ -57,6 +61,8 @@ private:
     bool RunHostCommand(const QString& word);
     void RunQueuedStrings();
     void UpdateStatus();
+    // The names the command line completes: registered commands and the host's own.
+    QStringList CommandNames() const;
     // Re-reads codes, line types and the colour display type for a build.
     DisplayListBuilder MakeBuilder() const;
     // Shows a newly built list.
@@ -70,6 +76,7 @@ private:
     DisplayControlWindow* m_displayControl;
     QLabel* m_status;
     QTimer* m_queueTimer;
+    std::unique_ptr<HostDrawingCommands> m_drawingCommands;
     bool m_inCommand = false;
     bool m_awaitFloor = false;
     bool m_quit = false;

@@ -139,6 +139,14 @@ ZcDbObjectId ZcDbDatabase::addObject(std::unique_ptr<ZcDbObject> object, ZcDbObj
     return ZcDbObjectId(m_serial, index);
 }
 
+std::unique_ptr<ZcDbObject> ZcDbDatabase::exchangeObject(quint32 index, std::unique_ptr<ZcDbObject> object)
+{
+    if (index == 0 || index >= m_content->objects.size())
+        return object;
+    std::swap(m_content->objects[index], object);
+    return object;
+}
+
 ZcDbBlockTableRecord* ZcDbDatabase::ensureBlock(const QString& name)
 {
     if (!m_content->blockTable)

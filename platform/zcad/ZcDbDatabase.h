@@ -80,6 +80,8 @@ public:
     // Where readers make the objects of this content (they live as long as it).
     ZcDbObjectArena& objectArena();
     ZcDbObjectId addObject(std::unique_ptr<ZcDbObject> object, ZcDbObjectId owner);
+    // Puts `object` at `index` and gives back what was there (ZcDbObject::handOverTo).
+    std::unique_ptr<ZcDbObject> exchangeObject(quint32 index, std::unique_ptr<ZcDbObject> object);
     // The block of that name, made (with `origin`) when missing.
     ZcDbBlockTableRecord* ensureBlock(const QString& name);
     void setHeaderValues(const QString& dxfVersion, const QString& codePage);

@@ -100,6 +100,29 @@ Zcad::ErrorStatus ZcDbObject::close()
     return isDatabaseResident() ? Zcad::eInvalidOpenState : Zcad::eOk;
 }
 
+Zcad::ErrorStatus ZcDbObject::handOverTo(ZcDbObject* newObject)
+{
+    if (!newObject)
+        return Zcad::eNullObjectPointer;
+    if (newObject == this || newObject->isDatabaseResident())
+        return Zcad::eAlreadyInDb;
+    if (!isDatabaseResident() || !m_writeOpen)
+        return Zcad::eNotOpenForWrite;
+    ZcDbDatabase* db = database();
+    if (!db)
+        return Zcad::eNotOpenForWrite;
+    newObject->m_handle = m_handle;
+    newObject->m_erased = m_erased;
+    newObject->m_writeOpen = true;
+    newObject->placeInDatabase(m_databaseSerial, m_index, m_ownerIndex);
+    std::unique_ptr<ZcDbObject> self = db->exchangeObject(m_index, std::unique_ptr<ZcDbObject>(newObject));
+    // The database held this object: it gives it up, and the caller deletes it.
+    (void)self.release();
+    m_writeOpen = false;
+    placeInDatabase(0, 0, 0);
+    return Zcad::eOk;
+}
+
 void ZcDbObject::placeInDatabase(quint32 databaseSerial, quint32 index, quint32 ownerIndex)
 {
     m_databaseSerial = databaseSerial;

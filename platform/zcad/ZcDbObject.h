@@ -48,6 +48,12 @@ public:
     // Needs the object open for write.
     Zcad::ErrorStatus erase(bool erasing = true);
 
+    // Puts `newObject` (outside any database) in this object's place: same id, owner
+    // and handle, open for write as this one was. This object leaves the database,
+    // closed; the caller then owns it and deletes it. Needs this object open for
+    // write; eNullObjectPointer / eAlreadyInDb for a null or resident `newObject`.
+    Zcad::ErrorStatus handOverTo(ZcDbObject* newObject);
+
     bool isReadEnabled() const { return m_readers > 0 || m_writeOpen; }
     bool isWriteEnabled() const { return m_writeOpen; }
     Zcad::ErrorStatus close();

@@ -92,14 +92,39 @@ void DxfWriter::point(int code, const ZcGePoint3d& p)
 
 bool DxfWriter::addLayer(const QString& name, int colorIndex, const QString& linetype)
 {
-    if (m_phase != Phase::Tables || m_failed || name.isEmpty())
+    DxfLayer layer;
+    layer.name = name;
+    layer.colorIndex = colorIndex;
+    layer.linetype = linetype;
+    return addLayer(layer);
+}
+
+bool DxfWriter::addLayer(const DxfLayer& layer)
+{
+    if (m_phase != Phase::Tables || m_failed || layer.name.isEmpty())
         return false;
-    for (Layer& layer : m_layers)
-        if (layer.name.compare(name, Qt::CaseInsensitive) == 0) {
-            layer = { name, colorIndex, linetype };
+    for (DxfLayer& existing : m_layers)
+        if (existing.name.compare(layer.name, Qt::CaseInsensitive) == 0) {
+            existing = layer;
             return true;
         }
-    m_layers.append({ name, colorIndex, linetype });
+    m_layers.append(layer);
+    return true;
+}
+
+bool DxfWriter::addLinetype(const DxfLinetype& linetype)
+{
+    if (m_phase != Phase::Tables || m_failed || linetype.name.isEmpty())
+        return false;
+    for (const char* standard : { "Continuous", "ByLayer", "ByBlock" })
+        if (linetype.name.compare(QLatin1String(standard), Qt::CaseInsensitive) == 0)
+            return true;
+    for (DxfLinetype& existing : m_linetypes)
+        if (existing.name.compare(linetype.name, Qt::CaseInsensitive) == 0) {
+            existing = linetype;
+            return true;
+        }
+    m_linetypes.append(linetype);
     return true;
 }
 
@@ -129,8 +154,8 @@ void DxfWriter::writeHeaderAndTables()
 {
     if (!m_apps.contains(kProductApp, Qt::CaseInsensitive))
         m_apps.append(kProductApp);
-    if (!std::any_of(m_layers.begin(), m_layers.end(), [](const Layer& l) { return l.name == u"0"; }))
-        m_layers.prepend({ QStringLiteral("0"), 7, QStringLiteral("Continuous") });
+    if (!std::any_of(m_layers.begin(), m_layers.end(), [](const DxfLayer& l) { return l.name == u"0"; }))
+        m_layers.prepend({ QStringLiteral("0"), 7 });
     group(0, "SECTION");
     group(2, "HEADER");
     group(9, "$ACADVER");
@@ -140,8 +165,9 @@ void DxfWriter::writeHeaderAndTables()
     group(0, "ENDSEC");
     group(0, "SECTION");
     group(2, "TABLES");
+    writeLinetypes();
     beginTable("LAYER", m_layers.size());
-    for (const Layer& layer : m_layers) {
+    for (const DxfLayer& layer : m_layers) {
         group(0, "LAYER");
         if (modern()) {
             group(5, QString::number(m_nextHandle++, 16).toUpper());
@@ -149,9 +175,13 @@ void DxfWriter::writeHeaderAndTables()
             group(100, "AcDbLayerTableRecord");
         }
         group(2, layer.name);
-        groupInt(70, 0);
-        groupInt(62, layer.color);
-        group(6, layer.linetype);
+        groupInt(70, (layer.frozen ? 1 : 0) | (layer.locked ? 4 : 0));
+        // A layer that is off has its colour negative.
+        const int color = std::clamp(layer.colorIndex, 1, 255);
+        groupInt(62, layer.off ? -color : color);
+        group(6, layer.linetype.isEmpty() ? QStringLiteral("Continuous") : layer.linetype);
+        if (m_version == Version::R2018 && layer.trueColor >= 0)
+            groupInt(420, layer.trueColor & 0xFFFFFF);
     }
     group(0, "ENDTAB");
     beginTable("APPID", m_apps.size());
@@ -167,6 +197,38 @@ void DxfWriter::writeHeaderAndTables()
     }
     group(0, "ENDTAB");
     group(0, "ENDSEC");
+}
+
+void DxfWriter::writeLinetypes()
+{
+    QList<DxfLinetype> all { { QStringLiteral("ByBlock"), QString(), {} },
+        { QStringLiteral("ByLayer"), QString(), {} },
+        { QStringLiteral("Continuous"), QStringLiteral("Solid line"), {} } };
+    all += m_linetypes;
+    beginTable("LTYPE", all.size());
+    for (const DxfLinetype& linetype : all) {
+        group(0, "LTYPE");
+        if (modern()) {
+            group(5, QString::number(m_nextHandle++, 16).toUpper());
+            group(100, "AcDbSymbolTableRecord");
+            group(100, "AcDbLinetypeTableRecord");
+        }
+        group(2, linetype.name);
+        groupInt(70, 0);
+        group(3, linetype.description);
+        groupInt(72, 65);
+        groupInt(73, linetype.dashes.size());
+        double length = 0.0;
+        for (double dash : linetype.dashes)
+            length += std::abs(dash);
+        group(40, length);
+        for (double dash : linetype.dashes) {
+            group(49, dash);
+            if (modern())
+                groupInt(74, 0);
+        }
+    }
+    group(0, "ENDTAB");
 }
 
 bool DxfWriter::enter(Phase phase)
@@ -223,7 +285,8 @@ bool DxfWriter::beginBlock(const QString& name, const ZcGePoint3d& basePoint)
     if (modern())
         group(100, "AcDbBlockBegin");
     group(2, name);
-    groupInt(70, 0);
+    // "*U…" and the like are anonymous blocks.
+    groupInt(70, name.startsWith(u'*') ? 1 : 0);
     point(10, basePoint);
     group(3, name);
     return true;
@@ -251,9 +314,15 @@ void DxfWriter::startEntity(const char* type, const char* subclass, const Style&
         group(5, QString::number(m_nextHandle++, 16).toUpper());
         group(100, "AcDbEntity");
     }
+    if (style.paperSpace)
+        groupInt(67, 1);
     group(8, style.layer.isEmpty() ? QStringLiteral("0") : style.layer);
+    if (!style.linetype.isEmpty())
+        group(6, style.linetype);
     if (style.colorIndex != 256)
         groupInt(62, style.colorIndex);
+    if (m_version == Version::R2018 && style.trueColor >= 0)
+        groupInt(420, style.trueColor & 0xFFFFFF);
     if (modern() && subclass)
         group(100, subclass);
 }
@@ -275,6 +344,12 @@ void DxfWriter::writeXData(const std::vector<ZcDbXDataApp>& xdata)
     }
 }
 
+void DxfWriter::writeStyleXData(const Style& style)
+{
+    if (style.xdata)
+        writeXData(*style.xdata);
+}
+
 // Entities go into the open block, or into model space once the blocks are done.
 #define QV_DXF_ENTITY_PHASE()                                                                                \
     if (m_phase != Phase::InBlock && !enter(Phase::Entities))                                                \
@@ -287,7 +362,7 @@ bool DxfWriter::addLine(const ZcGePoint3d& start, const ZcGePoint3d& end, const 
     startEntity("LINE", "AcDbLine", style);
     point(10, start);
     point(11, end);
-    writeXData(xdata);
+    writeXData(xdata.empty() && style.xdata ? *style.xdata : xdata);
     return !m_failed;
 }
 
@@ -302,7 +377,7 @@ bool DxfWriter::addPolyline(
         groupInt(66, 1);
         point(10, { 0, 0, points.first().z });
         groupInt(70, closed ? 1 : 0);
-        writeXData(xdata);
+        writeXData(xdata.empty() && style.xdata ? *style.xdata : xdata);
         for (const ZcGePoint3d& p : points) {
             group(0, "VERTEX");
             group(8, style.layer);
@@ -321,7 +396,7 @@ bool DxfWriter::addPolyline(
         group(10, p.x);
         group(20, p.y);
     }
-    writeXData(xdata);
+    writeXData(xdata.empty() && style.xdata ? *style.xdata : xdata);
     return !m_failed;
 }
 
@@ -331,6 +406,7 @@ bool DxfWriter::addCircle(const ZcGePoint3d& center, double radius, const Style&
     startEntity("CIRCLE", "AcDbCircle", style);
     point(10, center);
     group(40, radius);
+    writeStyleXData(style);
     return !m_failed;
 }
 
@@ -345,6 +421,7 @@ bool DxfWriter::addArc(
         group(100, "AcDbArc");
     group(50, startDegrees);
     group(51, endDegrees);
+    writeStyleXData(style);
     return !m_failed;
 }
 
@@ -441,6 +518,178 @@ bool DxfWriter::addBlockReference(const QString& blockName, const ZcGePoint3d& p
         group(100, "AcDbEntity");
     }
     group(8, style.layer);
+    return !m_failed;
+}
+
+bool DxfWriter::addPolyline(
+    const std::vector<DxfVertex>& vertices, bool closed, double elevation, const Style& style)
+{
+    if (vertices.empty())
+        return false;
+    QV_DXF_ENTITY_PHASE()
+    if (!modern()) {
+        startEntity("POLYLINE", nullptr, style);
+        groupInt(66, 1);
+        point(10, { 0, 0, elevation });
+        groupInt(70, closed ? 1 : 0);
+        writeStyleXData(style);
+        for (const DxfVertex& v : vertices) {
+            group(0, "VERTEX");
+            group(8, style.layer);
+            point(10, { v.x, v.y, elevation });
+            if (v.bulge != 0.0)
+                group(42, v.bulge);
+        }
+        group(0, "SEQEND");
+        group(8, style.layer);
+        return !m_failed;
+    }
+    startEntity("LWPOLYLINE", "AcDbPolyline", style);
+    groupInt(90, qint64(vertices.size()));
+    groupInt(70, closed ? 1 : 0);
+    if (elevation != 0.0)
+        group(38, elevation);
+    for (const DxfVertex& v : vertices) {
+        group(10, v.x);
+        group(20, v.y);
+        if (v.bulge != 0.0)
+            group(42, v.bulge);
+    }
+    writeStyleXData(style);
+    return !m_failed;
+}
+
+// The groups a text, an attribute and a definition share, up to their own subclass.
+void DxfWriter::writeTextBody(const DxfText& text, const char* subclass)
+{
+    point(10, text.position);
+    group(40, text.height);
+    group(1, text.text);
+    if (text.rotationDegrees != 0.0)
+        group(50, text.rotationDegrees);
+    const bool aligned = text.horizontalMode != 0 || text.verticalMode != 0;
+    if (text.horizontalMode != 0)
+        groupInt(72, text.horizontalMode);
+    if (aligned)
+        point(11, text.alignment);
+    if (modern() && subclass)
+        group(100, subclass);
+}
+
+bool DxfWriter::addText(const DxfText& text, const Style& style)
+{
+    QV_DXF_ENTITY_PHASE()
+    startEntity("TEXT", "AcDbText", style);
+    writeTextBody(text, "AcDbText");
+    if (text.verticalMode != 0)
+        groupInt(73, text.verticalMode);
+    writeStyleXData(style);
+    return !m_failed;
+}
+
+bool DxfWriter::addAttributeDefinition(const DxfText& definition, const Style& style)
+{
+    QV_DXF_ENTITY_PHASE()
+    startEntity("ATTDEF", "AcDbText", style);
+    writeTextBody(definition, "AcDbAttributeDefinition");
+    group(3, definition.prompt);
+    group(2, definition.tag);
+    groupInt(70, definition.flags);
+    if (definition.verticalMode != 0)
+        groupInt(74, definition.verticalMode);
+    writeStyleXData(style);
+    return !m_failed;
+}
+
+bool DxfWriter::addBlockReference(const QString& blockName, const ZcGePoint3d& position,
+    const ZcGePoint3d& scale, double rotationDegrees, const QList<QPair<DxfText, Style>>& attributes,
+    const Style& style)
+{
+    if (blockName.isEmpty())
+        return false;
+    QV_DXF_ENTITY_PHASE()
+    startEntity("INSERT", "AcDbBlockReference", style);
+    if (!attributes.isEmpty())
+        groupInt(66, 1);
+    group(2, blockName);
+    point(10, position);
+    if (scale.x != 1.0 || scale.y != 1.0 || scale.z != 1.0) {
+        group(41, scale.x);
+        group(42, scale.y);
+        group(43, scale.z);
+    }
+    if (rotationDegrees != 0.0)
+        group(50, rotationDegrees);
+    writeStyleXData(style);
+    if (attributes.isEmpty())
+        return !m_failed;
+    for (const auto& [attribute, attributeStyle] : attributes) {
+        startEntity("ATTRIB", "AcDbText", attributeStyle);
+        writeTextBody(attribute, "AcDbAttribute");
+        group(2, attribute.tag);
+        groupInt(70, attribute.flags);
+        if (attribute.verticalMode != 0)
+            groupInt(74, attribute.verticalMode);
+        writeStyleXData(attributeStyle);
+    }
+    group(0, "SEQEND");
+    if (modern()) {
+        group(5, QString::number(m_nextHandle++, 16).toUpper());
+        group(100, "AcDbEntity");
+    }
+    group(8, style.layer);
+    return !m_failed;
+}
+
+bool DxfWriter::addMText(const ZcGePoint3d& position, const QString& contents, double height, double width,
+    double rotationRadians, int attachment, const Style& style)
+{
+    if (!modern())
+        return false;
+    QV_DXF_ENTITY_PHASE()
+    startEntity("MTEXT", "AcDbMText", style);
+    point(10, position);
+    group(40, height);
+    group(41, width);
+    groupInt(71, attachment);
+    constexpr qsizetype chunk = 250;
+    qsizetype at = 0;
+    while (contents.size() - at > chunk) {
+        // A chunk never ends inside a surrogate pair.
+        const qsizetype size = contents.at(at + chunk - 1).isHighSurrogate() ? chunk - 1 : chunk;
+        group(3, contents.mid(at, size));
+        at += size;
+    }
+    group(1, contents.mid(at));
+    if (rotationRadians != 0.0)
+        group(50, rotationRadians);
+    writeStyleXData(style);
+    return !m_failed;
+}
+
+bool DxfWriter::addRawEntity(const QString& type, const QList<QPair<int, QString>>& groups)
+{
+    if (type.isEmpty())
+        return false;
+    QV_DXF_ENTITY_PHASE()
+    group(0, type.toLatin1().constData());
+    bool inPointers = false;
+    for (const auto& [code, value] : groups) {
+        // The entity gets a handle of this drawing, and leaves out the pointers to
+        // its owner, reactors and dictionary: the objects they name are not written.
+        if (code == 102) {
+            inPointers = value.startsWith(u'{');
+            continue;
+        }
+        if (inPointers || code == 330 || code == 360)
+            continue;
+        if (code == 5) {
+            if (modern())
+                group(5, QString::number(m_nextHandle++, 16).toUpper());
+            continue;
+        }
+        group(code, value);
+    }
     return !m_failed;
 }
 

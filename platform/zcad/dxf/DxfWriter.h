@@ -13,17 +13,65 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QPair>
 #include <QString>
 
 #include <vector>
 
 class QIODevice;
 
-// The layer and colour (256 by layer) of an entity written.
+// The layer, colour (256 by layer), true colour, line type and extended data of an
+// entity written. A true colour (0xRRGGBB) goes out beside the index from R2004 on;
+// an empty line type leaves the entity's line type to its layer; the extended data
+// closes the entity.
 struct DxfStyle
 {
     QString layer = QStringLiteral("0");
     int colorIndex = 256;
+    qint64 trueColor = -1;
+    QString linetype = QString();
+    const std::vector<ZcDbXDataApp>* xdata = nullptr;
+    bool paperSpace = false;
+};
+struct DxfLayer
+{
+    QString name;
+    int colorIndex = 7;
+    qint64 trueColor = -1;
+    QString linetype = QStringLiteral("Continuous");
+    bool off = false;
+    bool frozen = false;
+    bool locked = false;
+};
+// A line type of dashes (> 0), gaps (< 0) and dots (0), in drawing units.
+struct DxfLinetype
+{
+    QString name;
+    QString description;
+    QList<double> dashes;
+};
+// A text, attribute or attribute definition as a drawing holds it. Angles in
+// degrees; the alignment point counts when either mode is not 0.
+struct DxfText
+{
+    QString text;
+    ZcGePoint3d position;
+    ZcGePoint3d alignment;
+    double height = 2.5;
+    double rotationDegrees = 0.0;
+    int horizontalMode = 0;
+    int verticalMode = 0;
+    // Attributes and their definitions.
+    QString tag;
+    QString prompt;
+    int flags = 0;
+};
+// One vertex of a polyline with the bulge of the segment that starts there.
+struct DxfVertex
+{
+    double x = 0.0;
+    double y = 0.0;
+    double bulge = 0.0;
 };
 struct DxfAttribute
 {
@@ -60,6 +108,10 @@ public:
 
     bool addLayer(
         const QString& name, int colorIndex, const QString& linetype = QStringLiteral("Continuous"));
+    bool addLayer(const DxfLayer& layer);
+    // Also before the first entity or block. "Continuous", "ByLayer" and "ByBlock"
+    // are always there.
+    bool addLinetype(const DxfLinetype& linetype);
     bool registerApp(const QString& name);
 
     bool beginBlock(const QString& name, const ZcGePoint3d& basePoint = {});
@@ -82,6 +134,21 @@ public:
     bool addBlockReference(const QString& blockName, const ZcGePoint3d& position,
         const QList<Attribute>& attributes = {}, const Style& style = {}, double scale = 1.0,
         double rotationDegrees = 0.0);
+    // The full forms, for writing back what a drawing held.
+    bool addPolyline(
+        const std::vector<DxfVertex>& vertices, bool closed, double elevation, const Style& style);
+    bool addText(const DxfText& text, const Style& style);
+    bool addAttributeDefinition(const DxfText& definition, const Style& style);
+    // Attributes each with their own style.
+    bool addBlockReference(const QString& blockName, const ZcGePoint3d& position, const ZcGePoint3d& scale,
+        double rotationDegrees, const QList<QPair<DxfText, Style>>& attributes, const Style& style);
+    bool addMText(const ZcGePoint3d& position, const QString& contents, double height, double width,
+        double rotationRadians, int attachment, const Style& style);
+    // An entity of a kind the writer does not model, from its groups as read
+    // (code and text, without the 0 group), in file order: with a new handle, and
+    // without the pointers to its owner, reactors and dictionary.
+    bool addRawEntity(const QString& type, const QList<QPair<int, QString>>& groups);
+
     // A product entity: a polyline (a line for two points) carrying the extended
     // data of "QVKS" whose first string is the index path.
     bool addProductEntity(
@@ -100,6 +167,9 @@ private:
     void startEntity(const char* type, const char* subclass, const Style& style);
     void writeXData(const std::vector<ZcDbXDataApp>& xdata);
     void writeAttribute(const Attribute& attribute, const Style& style);
+    void writeTextBody(const DxfText& text, const char* subclass);
+    void writeStyleXData(const Style& style);
+    void writeLinetypes();
     void group(int code, const QString& value);
     void group(int code, const char* value);
     void group(int code, double value);
@@ -116,12 +186,7 @@ private:
     Phase m_phase = Phase::Tables;
     quint64 m_nextHandle = 0x100;
     bool m_failed = false;
-    struct Layer
-    {
-        QString name;
-        int color;
-        QString linetype;
-    };
-    QList<Layer> m_layers;
+    QList<DxfLayer> m_layers;
+    QList<DxfLinetype> m_linetypes;
     QStringList m_apps;
 };
