@@ -28,9 +28,11 @@
 #include <QFileInfo>
 
 namespace {
-// The dialogs offer system-code files; a name typed with ".csv" writes or reads a
-// spreadsheet instead, and ".xlsx" exports a workbook.
+// The dialogs offer system-code files first, then spreadsheets: CSV both ways, a
+// workbook only for export. A name typed with ".csv" or ".xlsx" works in any filter.
 const QString kScnFilter = QStringLiteral("*.scn|*.scn|");
+const QString kCsvFilter = QStringLiteral("CSV (UTF-8)|*.csv|");
+const QString kXlsxFilter = QStringLiteral("Excel 工作簿 (*.xlsx)|*.xlsx|");
 const QString kScnExt = QStringLiteral("scn");
 constexpr DWORD kScnDialogFlags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT;
 // A sheet of every code of a large specialty is a few MB; more is not one of ours.
@@ -81,7 +83,7 @@ void SysCodeDlg::OnExport()
     // The names come from the shared project: cleaned, they cannot lead the file
     // out of the exchange folder.
     const QString name = DefaultExchangeFileName(CProj().GetPrjName(), m_strSpec);
-    CFileDialog dialog(FALSE, kScnExt, name, kScnDialogFlags, kScnFilter, this);
+    CFileDialog dialog(FALSE, kScnExt, name, kScnDialogFlags, kScnFilter + kCsvFilter + kXlsxFilter, this);
     dialog.m_strTitle = QStringLiteral("系统编号导出");
     dialog.m_strInitialDir = ExchangeFolder();
     if (dialog.DoModal() != IDOK)
@@ -104,7 +106,7 @@ void SysCodeDlg::OnExport()
 // leaves the grid and the store as they were.
 void SysCodeDlg::OnImport()
 {
-    CFileDialog dialog(TRUE, kScnExt, QString(), kScnDialogFlags, kScnFilter, this);
+    CFileDialog dialog(TRUE, kScnExt, QString(), kScnDialogFlags, kScnFilter + kCsvFilter, this);
     dialog.m_strTitle = QStringLiteral("系统编号导入");
     dialog.m_strInitialDir = ExchangeFolder();
     if (dialog.DoModal() != IDOK)

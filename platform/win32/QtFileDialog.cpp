@@ -18,7 +18,10 @@ QString qtFilter(const QString& filter)
         if (parts[i].isEmpty())
             continue;
         QString patterns = parts[i + 1];
-        out.append(QStringLiteral("%1 (%2)").arg(parts[i], patterns.replace(u';', u' ')));
+        patterns.replace(u';', u' ');
+        // A description that names its patterns already is shown as it is.
+        const bool named = parts[i].endsWith(QStringLiteral("(%1)").arg(patterns));
+        out.append(named ? parts[i] : QStringLiteral("%1 (%2)").arg(parts[i], patterns));
     }
     return out.join(QStringLiteral(";;"));
 }
@@ -32,6 +35,14 @@ bool showFileDialog(const FileDialogRequest& request, QString& path)
     dialog.setAcceptMode(request.open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(request.open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     dialog.setDefaultSuffix(request.defaultExt);
+    // A name typed without an extension takes the chosen filter's.
+    QObject::connect(
+        &dialog, &QFileDialog::filterSelected, &dialog, [&dialog, &request](const QString& filter) {
+            const qsizetype star = filter.lastIndexOf(QStringLiteral("(*."));
+            const QString suffix = star < 0 ? request.defaultExt
+                                            : filter.mid(star + 3).section(u')', 0, 0).section(u' ', 0, 0);
+            dialog.setDefaultSuffix(suffix);
+        });
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !(request.flags & OFN_OVERWRITEPROMPT));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return false;

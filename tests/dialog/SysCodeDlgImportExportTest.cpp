@@ -139,7 +139,8 @@ TEST_F(SysCodeDlgImportExportTest, ExportWritesTheSpecialtyStampedWithTheVersion
     EXPECT_TRUE(QDir(exchangeFolder()).exists());
     EXPECT_EQ(r.fileName, QStringLiteral("测试项目-电气"));
     EXPECT_EQ(r.defaultExt, QStringLiteral("scn"));
-    EXPECT_EQ(r.filter, QStringLiteral("*.scn|*.scn|"));
+    // The system-code filter first (the default), then the spreadsheets.
+    EXPECT_EQ(r.filter, QStringLiteral("*.scn|*.scn|CSV (UTF-8)|*.csv|Excel 工作簿 (*.xlsx)|*.xlsx|"));
     EXPECT_EQ(r.flags, DWORD(OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT));
 
     QString version;
@@ -182,6 +183,8 @@ TEST_F(SysCodeDlgImportExportTest, CancelledDialogsWriteNoFileButExportStoresEdi
     EXPECT_EQ(cancel.requests.size(), 2);
     EXPECT_EQ(cancel.requests.first().title, QStringLiteral("系统编号导入"));
     EXPECT_TRUE(cancel.requests.first().fileName.isEmpty());
+    // A workbook cannot be imported: it is not offered.
+    EXPECT_EQ(cancel.requests.first().filter, QStringLiteral("*.scn|*.scn|CSV (UTF-8)|*.csv|"));
     EXPECT_TRUE(boxes.texts().isEmpty());
     EXPECT_TRUE(QDir(exchangeFolder()).isEmpty());
 }
