@@ -89,6 +89,8 @@ bool DxfDatabaseWriter::write(const ZcDbDatabase& database, QIODevice* device, D
             writer.endBlock();
         }
     }
+    // Counted are the entities of the drawing itself, not those of its blocks.
+    m_written = 0;
     if (const auto* model = ZcDbBlockTableRecord::cast(database.modelSpaceId().object()))
         writeBlock(writer, *model, false);
     if (const auto* paper = ZcDbBlockTableRecord::cast(database.paperSpaceId().object()))

@@ -35,6 +35,7 @@ public:
     bool write(const ZcDbDatabase& database, QIODevice* device,
         DxfWriter::Version version = DxfWriter::Version::R2018);
 
+    // Entities of model and paper space written (those of blocks not counted).
     int writtenEntities() const { return m_written; }
     // What could not be written, by DXF kind, with how many of each.
     const QMap<QString, int>& dropped() const { return m_dropped; }
