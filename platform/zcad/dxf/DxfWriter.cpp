@@ -177,8 +177,9 @@ void DxfWriter::writeHeaderAndTables()
         group(2, layer.name);
         groupInt(70, (layer.frozen ? 1 : 0) | (layer.locked ? 4 : 0));
         // A layer that is off has its colour negative.
-        const int color = std::clamp(layer.colorIndex, 1, 255);
-        groupInt(62, layer.off ? -color : color);
+        // A negative index given for the colour means off as well.
+        const int color = std::clamp(std::abs(layer.colorIndex), 1, 255);
+        groupInt(62, layer.off || layer.colorIndex < 0 ? -color : color);
         group(6, layer.linetype.isEmpty() ? QStringLiteral("Continuous") : layer.linetype);
         if (m_version == Version::R2018 && layer.trueColor >= 0)
             groupInt(420, layer.trueColor & 0xFFFFFF);
