@@ -1,6 +1,7 @@
 #include "CodeTreeStore.h"
 
 #include "CSysCodeData.h"
+#include "SqlDb.h"
 #include "SqlStatement.h"
 #include "SqlTransaction.h"
 
@@ -8,7 +9,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <sqlite3.h>
 #include <utility>
 #include <vector>
 
@@ -16,10 +16,10 @@ namespace CodeTreeStore {
 
 namespace {
 
-bool sqlFail(sqlite3* db, QString* error, const QString& what)
+bool sqlFail(SqlDb* db, QString* error, const QString& what)
 {
     if (error)
-        *error = QStringLiteral("%1: %2").arg(what, QString::fromUtf8(sqlite3_errmsg(db)));
+        *error = QStringLiteral("%1: %2").arg(what, db->Message());
     return false;
 }
 
@@ -104,7 +104,7 @@ std::vector<std::pair<const CSysCodeData*, int>> numberTree(const CSysCodeData& 
 
 } // namespace
 
-bool FindSpec(sqlite3* db, const QString& spec, int& specId, int& maxIndex)
+bool FindSpec(SqlDb* db, const QString& spec, int& specId, int& maxIndex)
 {
     SqlStatement stmt(db, "SELECT spec_id, max_index FROM spec WHERE name = ?");
     stmt.Bind(1, spec);
@@ -115,7 +115,7 @@ bool FindSpec(sqlite3* db, const QString& spec, int& specId, int& maxIndex)
     return true;
 }
 
-bool Stamp(sqlite3* db, int specId, quint64& stamp, QString* error)
+bool Stamp(SqlDb* db, int specId, quint64& stamp, QString* error)
 {
     SqlStatement stmt(db, kSelectRows);
     stmt.Bind(1, specId);
@@ -131,7 +131,7 @@ bool Stamp(sqlite3* db, int specId, quint64& stamp, QString* error)
     return true;
 }
 
-bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error, quint64* stamp)
+bool Load(SqlDb* db, int specId, CSysCodeData& root, QString* error, quint64* stamp)
 {
     root.DeleteData();
     // A scan in primary-key order reads the rows straight from the table; sorting
@@ -197,7 +197,7 @@ bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error, quint64* 
 }
 
 SaveResult Save(
-    sqlite3* db, int specId, CSysCodeData& root, QString* error, const quint64* expected, quint64* written)
+    SqlDb* db, int specId, CSysCodeData& root, QString* error, const quint64* expected, quint64* written)
 {
     const auto failed = [&](const QString& what) {
         sqlFail(db, error, what);
@@ -206,6 +206,18 @@ SaveResult Save(
     SqlTransaction tx(db);
     if (!tx.IsActive())
         return failed(QStringLiteral("the system codes cannot be saved"));
+    // On a server, writers of one specialty take turns: the specialty's row stays
+    // locked until this transaction ends, so a second writer reads the stamp only
+    // after the first one's codes are stored, and the store's high-water mark is
+    // read by one writer at a time. The store file is locked whole by the
+    // transaction already.
+    if (db->Engine() == SqlEngine::Server) {
+        SqlStatement lock(db, "SELECT max_index FROM spec WHERE spec_id = ? FOR UPDATE");
+        lock.Bind(1, specId);
+        if (!lock.Next())
+            return failed(QStringLiteral("the specialty cannot be locked for the save"));
+        lock.Next();
+    }
     if (expected) {
         quint64 now = 0;
         if (!Stamp(db, specId, now, error))
@@ -250,7 +262,10 @@ SaveResult Save(
         if (!insert.Exec())
             return failed(QStringLiteral("the system code \"%1\" cannot be saved").arg(node->GetFullName()));
     }
-    SqlStatement mark(db, "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
+    SqlStatement mark(db,
+        db->Engine() == SqlEngine::Server
+            ? "UPDATE spec SET max_index = greatest(max_index, ?) WHERE spec_id = ?"
+            : "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
     mark.Bind(1, highWater).Bind(2, specId);
     if (!mark.Exec())
         return failed(QStringLiteral("the system codes cannot be saved"));
