@@ -104,12 +104,15 @@ std::vector<std::pair<const CSysCodeData*, int>> numberTree(const CSysCodeData& 
 
 } // namespace
 
-bool FindSpec(SqlDb* db, const QString& spec, int& specId, int& maxIndex)
+bool FindSpec(SqlDb* db, const QString& spec, int& specId, int& maxIndex, QString* error)
 {
     SqlStatement stmt(db, "SELECT spec_id, max_index FROM spec WHERE name = ?");
     stmt.Bind(1, spec);
-    if (!stmt.Next())
+    if (!stmt.Next()) {
+        if (!stmt.Done())
+            sqlFail(db, error, QStringLiteral("the project's specialties cannot be read"));
         return false;
+    }
     specId = stmt.Int(0);
     maxIndex = stmt.Int(1);
     return true;

@@ -9,8 +9,9 @@ class SqlDb;
 
 namespace CodeTreeStore {
 
-// The spec row's id and high-water mark; false when the specialty is unknown.
-bool FindSpec(SqlDb* db, const QString& spec, int& specId, int& maxIndex);
+// The spec row's id and high-water mark; false when the specialty is unknown or,
+// with `error` set, when the store cannot be read.
+bool FindSpec(SqlDb* db, const QString& spec, int& specId, int& maxIndex, QString* error = nullptr);
 
 // Fills `root` (cleared first). False, with `error` set, for a damaged tree
 // (orphans, cycles); `root` is then left empty. `stamp`, when given, receives the

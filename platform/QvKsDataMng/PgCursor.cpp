@@ -132,6 +132,8 @@ int PgCursor::Step()
 {
     if (!m_result) {
         pg_result* result = Execute();
+        if (!result)
+            return Failure(); // the connection noted why
         if (!m_db->Check(result)) {
             PQclear(result);
             return Failure();
@@ -150,6 +152,8 @@ int PgCursor::Run()
 {
     Clear();
     pg_result* result = Execute();
+    if (!result)
+        return Failure();
     const bool ok = m_db->Check(result);
     PQclear(result);
     return ok ? kDone : Failure();

@@ -159,6 +159,8 @@ pg_result* PgDb::Run(const QByteArray& sql, const std::vector<unsigned>& types,
     pg_result* result = PQexecPrepared(
         m_conn, it->constData(), int(values.size()), values.data(), lengths.data(), nullptr, 0);
     AfterCommand(nullptr);
+    if (!result)
+        NoteFailure(nullptr);
     return result;
 }
 

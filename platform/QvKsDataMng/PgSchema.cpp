@@ -142,7 +142,8 @@ bool Create(PgDb* db, QString* error)
     if (!presentTables(db, present, error))
         return false;
     present.insert(QString()); // so that the check below does not pass on an empty name
-    for (const QString& table : StoreSchema::Tables() << QStringLiteral("qv_store")) {
+    const QStringList tables = StoreSchema::Tables() << QStringLiteral("qv_store");
+    for (const QString& table : tables) {
         if (present.contains(table))
             return fail(error,
                 QStringLiteral("the database already holds a table \"%1\": a project store is made "

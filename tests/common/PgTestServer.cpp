@@ -238,7 +238,7 @@ bool PgTestServer::Init(const QString& folder, QString& why)
 bool PgTestServer::Start()
 {
     const QString options = QStringLiteral("-p %1 -k %2 -c listen_addresses=127.0.0.1 -c fsync=off "
-                                           "-c synchronous_commit=off -c full_page_writes=off "
+                                           "-c full_page_writes=off "
                                            "-c shared_buffers=16MB -c max_connections=40")
                                 .arg(m_port)
                                 .arg(m_root);

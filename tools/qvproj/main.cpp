@@ -1,5 +1,6 @@
 // qvproj: the project tool.
 #include "ProjectCommands.h"
+#include "ServerCommands.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -21,7 +22,7 @@ void usage(QTextStream& stream)
            "  qvproj import DIR SPEC FILE.scn [--any-spec]\n"
            "                                  merge a system-code file into a specialty (a file\n"
            "                                  of another specialty only with --any-spec)\n"
-           "  qvproj --help                   print this\n";
+        << ServerCommands::Usage() << "  qvproj --help                   print this\n";
 }
 
 } // namespace
@@ -36,6 +37,8 @@ int main(int argc, char** argv)
     int rc = 0;
     if ((command == QLatin1String("--help") || command == QLatin1String("-h")) && args.size() == 1)
         usage(out);
+    else if (ServerCommands::Dispatch(args, rc, out, err))
+        ;
     else if (command == QLatin1String("demo") && args.size() == 2)
         rc = ProjectCommands::Demo(args[1], out, err);
     else if (command == QLatin1String("print") && args.size() == 3)
