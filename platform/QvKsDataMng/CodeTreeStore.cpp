@@ -9,6 +9,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -100,6 +101,35 @@ std::vector<std::pair<const CSysCodeData*, int>> numberTree(const CSysCodeData& 
     for (std::size_t i : unnumbered)
         order[i].second = ++highWater;
     return order;
+}
+
+constexpr int kRowColumns = 14;
+constexpr std::size_t kServerBatch = 500;
+
+// An insert of `rows` codes.
+QByteArray insertSql(std::size_t rows)
+{
+    QByteArray sql = "INSERT INTO sys_code(spec_id, node_index, parent_index, ord, name, color, line_width, "
+                     "alpha, line_style, line_string, hor_laying, ver_laying, added_msg, describe) "
+                     "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
+    for (std::size_t i = 1; i < rows; ++i)
+        sql += ",(?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
+    return sql;
+}
+
+// Binds one code's row after the `base` binds of the rows before it.
+void bindRow(
+    SqlStatement& insert, int base, int specId, int index, int parentIndex, int ord, const CSysCodeData& node)
+{
+    insert.Bind(base + 1, specId).Bind(base + 2, index).Bind(base + 3, parentIndex).Bind(base + 4, ord);
+    insert.Bind(base + 5, node.GetNodeName())
+        .Bind(base + 6, qint64(node.GetMfcColor()))
+        .Bind(base + 7, node.GetLineWidth());
+    insert.Bind(base + 8, node.GetAlpha())
+        .Bind(base + 9, node.GetLineStyle())
+        .Bind(base + 10, node.GetLineString());
+    insert.Bind(base + 11, node.GetHorLayingMode()).Bind(base + 12, node.GetVerLayingMode());
+    insert.Bind(base + 13, node.GetAddedMsg()).Bind(base + 14, node.GetDescribe());
 }
 
 } // namespace
@@ -246,24 +276,34 @@ SaveResult Save(
     indexOf.reserve(qsizetype(order.size()) + 1);
     indexOf.insert(&root, 0);
     QHash<const CSysCodeData*, int> ordOf;
-    SqlStatement insert(db,
-        "INSERT INTO sys_code(spec_id, node_index, parent_index, ord, name, color, line_width, "
-        "alpha, line_style, line_string, hor_laying, ver_laying, added_msg, describe) "
-        "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
-    for (const auto& [node, index] : order) {
+    // On a server a statement carries many rows, one round trip for all of them.
+    const std::size_t batch = db->Engine() == SqlEngine::Server ? kServerBatch : 1;
+    std::unique_ptr<SqlStatement> insert;
+    std::size_t statementRows = 0;
+    std::size_t pending = 0;
+    const CSysCodeData* first = nullptr;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const auto& [node, index] = order[i];
         indexOf.insert(node, index);
         const CSysCodeData* parent = node->GetParent();
-        const int parentIndex = indexOf.value(parent);
-        const int ord = ordOf[parent]++;
-        insert.Bind(1, specId).Bind(2, index).Bind(3, parentIndex).Bind(4, ord);
-        insert.Bind(5, node->GetNodeName())
-            .Bind(6, qint64(node->GetMfcColor()))
-            .Bind(7, node->GetLineWidth());
-        insert.Bind(8, node->GetAlpha()).Bind(9, node->GetLineStyle()).Bind(10, node->GetLineString());
-        insert.Bind(11, node->GetHorLayingMode()).Bind(12, node->GetVerLayingMode());
-        insert.Bind(13, node->GetAddedMsg()).Bind(14, node->GetDescribe());
-        if (!insert.Exec())
-            return failed(QStringLiteral("the system code \"%1\" cannot be saved").arg(node->GetFullName()));
+        if (pending == 0) {
+            const std::size_t rows = std::min(batch, order.size() - i);
+            if (rows != statementRows) {
+                insert = std::make_unique<SqlStatement>(db, insertSql(rows).constData());
+                statementRows = rows;
+            }
+            first = node;
+        }
+        bindRow(*insert, int(pending) * kRowColumns, specId, index, indexOf.value(parent), ordOf[parent]++,
+            *node);
+        if (++pending < statementRows)
+            continue;
+        pending = 0;
+        if (!insert->Exec())
+            return failed(statementRows == 1
+                    ? QStringLiteral("the system code \"%1\" cannot be saved").arg(first->GetFullName())
+                    : QStringLiteral("the system codes from \"%1\" on cannot be saved")
+                          .arg(first->GetFullName()));
     }
     SqlStatement mark(db,
         db->Engine() == SqlEngine::Server

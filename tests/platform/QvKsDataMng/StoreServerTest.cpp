@@ -74,6 +74,26 @@ TEST_P(SharedStore, AGroupOfWritesCutShortLeavesTheStoreAsBefore)
     }
 }
 
+TEST_P(SharedStore, ATreeOfManyCodesIsStoredInFullInItsOrder)
+{
+    const auto project = MakeProject();
+    CSysCodeData root;
+    for (int a = 0; a < 11; ++a) {
+        CSysCodeData* top = addCode(root, QStringLiteral("系统%1").arg(a));
+        fillAttributes(*top, a);
+        for (int b = 0; b < 108; ++b)
+            fillAttributes(*addCode(*top, QStringLiteral("回路%1").arg(108 - b)), a * 1000 + b);
+    }
+    ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec)) << QvKsDataMng::LastError().toStdString();
+    const QStringList codes = stored();
+    EXPECT_EQ(codes.size(), 11 * 109);
+    EXPECT_EQ(codes, dumpTree(root));
+    // A sibling name twice, deep in the tree: nothing of the new tree is kept.
+    addCode(*root.GetChild(9), QStringLiteral("回路5"));
+    EXPECT_FALSE(CISysCode::SetSpecCodeInfos(root, kElec));
+    EXPECT_EQ(stored(), codes);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Engines, SharedStore, ::testing::Values(StoreEngine::File, StoreEngine::Server), EngineName);
 
