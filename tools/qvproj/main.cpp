@@ -37,9 +37,9 @@ int main(int argc, char** argv)
     int rc = 0;
     if ((command == QLatin1String("--help") || command == QLatin1String("-h")) && args.size() == 1)
         usage(out);
-    else if (ServerCommands::Dispatch(args, rc, out, err))
-        ;
-    else if (command == QLatin1String("demo") && args.size() == 2)
+    else if (ServerCommands::Dispatch(args, rc, out, err)) {
+        // new --server, move-to-server, move-to-file: rc is set
+    } else if (command == QLatin1String("demo") && args.size() == 2)
         rc = ProjectCommands::Demo(args[1], out, err);
     else if (command == QLatin1String("print") && args.size() == 3)
         rc = ProjectCommands::Print(args[1], args[2], out, err);
