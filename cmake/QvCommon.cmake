@@ -9,12 +9,24 @@ if(QV_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
-# qv_add_gtest(<name> SOURCES ... LIBS ... [GUI])
+# qv_add_gtest(<name> SOURCES ... LIBS ... [GUI] [PGSERVER])
 # One test executable per unit. GUI tests get a QApplication on the offscreen
-# platform; the others a QCoreApplication.
+# platform; the others a QCoreApplication. PGSERVER: under ctest the tests use the
+# PostgreSQL server that the fixture tests start once for the run.
+# The folder of the PostgreSQL server one ctest run shares (short: it holds the
+# server's socket).
+string(MD5 QV_PG_DIR_HASH "${CMAKE_BINARY_DIR}")
+string(SUBSTRING "${QV_PG_DIR_HASH}" 0 8 QV_PG_DIR_HASH)
+set(QV_PG_SHARED_DIR "/tmp/qv-pgtest-${QV_PG_DIR_HASH}")
 function(qv_add_gtest name)
-  cmake_parse_arguments(ARG "GUI" "" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(ARG "GUI;PGSERVER" "" "SOURCES;LIBS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
+  set(pg_env "")
+  set(pg_props "")
+  if(ARG_PGSERVER)
+    set(pg_env ";QV_PG_SHARED_DIR=${QV_PG_SHARED_DIR}")
+    set(pg_props " FIXTURES_REQUIRED pgserver")
+  endif()
   if(ARG_GUI)
     target_link_libraries(${name} PRIVATE qv_test_main_gui)
   else()
@@ -31,7 +43,7 @@ function(qv_add_gtest name)
   set(env_file ${CMAKE_CURRENT_BINARY_DIR}/${name}_env.cmake)
   file(WRITE ${env_file}
     "foreach(t IN LISTS ${name}_TESTS)\n"
-    "  set_tests_properties(\"\${t}\" PROPERTIES ENVIRONMENT \"QT_QPA_PLATFORM=offscreen;QV_TEST_ARTIFACTS=${CMAKE_BINARY_DIR}/artifacts;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp\")\n"
+    "  set_tests_properties(\"\${t}\" PROPERTIES ENVIRONMENT \"QT_QPA_PLATFORM=offscreen;QV_TEST_ARTIFACTS=${CMAKE_BINARY_DIR}/artifacts;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp${pg_env}\"${pg_props})\n"
     "endforeach()\n")
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${env_file})
 endfunction()

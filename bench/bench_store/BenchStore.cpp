@@ -6,6 +6,10 @@
 //   ImportScnIntoFullSpec (the same into a specialty holding those codes) vs BareXmlRead
 //   SaveTreeChecked (the save that first checks nobody changed the codes) vs SaveTree
 //   ThreeWayMerge (10,000 codes, 1,000 changed on each side) vs LoadTree
+//
+// The engine: the store file (default), or with --engine=postgresql://USER@HOST:PORT/DB
+// a project whose store is that database on a server (empty; the password from
+// ~/.pgpass or PGPASSWORD). The bare-library rows always use SQLite.
 #include "CISysCode.h"
 #include "CSysCodeData.h"
 #include "QvKsDataMng.h"
@@ -53,6 +57,15 @@ void buildTree(CSysCodeData& root)
     }
 }
 
+QString engineArgument()
+{
+    for (const QString& arg : QCoreApplication::arguments()) {
+        if (arg.startsWith(QLatin1String("--engine=")))
+            return arg.mid(9);
+    }
+    return QString();
+}
+
 struct Fixture
 {
     QTemporaryDir dir;
@@ -62,7 +75,12 @@ struct Fixture
 
     Fixture()
     {
-        QvKsDataMng::CreateProject(dir.path() + QStringLiteral("/p"), QStringLiteral("bench"));
+        const QString engine = engineArgument();
+        if (engine.isEmpty() || engine == QLatin1String("file"))
+            QvKsDataMng::CreateProject(dir.path() + QStringLiteral("/p"), QStringLiteral("bench"));
+        else if (QString error; !QvKsDataMng::CreateServerProject(
+                     dir.path() + QStringLiteral("/p"), engine, QStringLiteral("bench"), &error))
+            qFatal("bench_store: %s", qPrintable(error));
         QvKsDataMng::RunScript(
             QStringLiteral("INSERT INTO spec(spec_id, name, ord) VALUES(3, '电气', 1), (6, '弱电', 2)"));
         buildTree(tree);

@@ -6,13 +6,13 @@
 #include "SqlTransaction.h"
 
 namespace {
-bool FindCategory(sqlite3* db, const QString& path, AttLibrary::Category& category)
+bool FindCategory(SqlDb* db, const QString& path, AttLibrary::Category& category)
 {
     const QStringList names = path.split(u'\\');
     return names.size() == 3 && AttLibrary::FindByNames(db, names, category) && category.small != 0;
 }
 
-bool MemberExists(sqlite3* db, qint64 catId, const QString& name)
+bool MemberExists(SqlDb* db, qint64 catId, const QString& name)
 {
     SqlStatement find(db, "SELECT 1 FROM att_member WHERE cat_id = ? AND name = ?");
     find.Bind(1, catId).Bind(2, name);
@@ -44,7 +44,7 @@ bool AttDefStore::LoadPaths(QStringList& categoryPaths, QStringList& memberPaths
     ProjectStore* store = ProjectStore::Require();
     if (!store)
         return false;
-    sqlite3* db = store->Db();
+    SqlDb* db = store->Db();
     SqlStatement categories(
         db, "SELECT cat_id FROM att_category WHERE small <> 0 ORDER BY major, middle, small");
     SqlStatement members(db, "SELECT name FROM att_member WHERE cat_id = ? ORDER BY member_no");
@@ -64,7 +64,7 @@ bool AttDefStore::LoadPaths(QStringList& categoryPaths, QStringList& memberPaths
 
 namespace {
 // The open store when `name` may be a member's name; null with `error` otherwise.
-sqlite3* StoreForEdit(const QString& name, QString& error)
+SqlDb* StoreForEdit(const QString& name, QString& error)
 {
     const QString problem = AttDefStore::CheckName(name);
     if (!problem.isEmpty()) {
@@ -82,7 +82,7 @@ sqlite3* StoreForEdit(const QString& name, QString& error)
 
 bool AttDefStore::AddMember(const QString& categoryPath, const QString& name, QString& error)
 {
-    sqlite3* db = StoreForEdit(name, error);
+    SqlDb* db = StoreForEdit(name, error);
     if (!db)
         return false;
     AttLibrary::Category category;
@@ -104,7 +104,7 @@ bool AttDefStore::AddMember(const QString& categoryPath, const QString& name, QS
 
 bool AttDefStore::RenameMember(const QString& memberPath, const QString& newName, QString& error)
 {
-    sqlite3* db = StoreForEdit(newName, error);
+    SqlDb* db = StoreForEdit(newName, error);
     if (!db)
         return false;
     const qsizetype cut = memberPath.lastIndexOf(u'\\');

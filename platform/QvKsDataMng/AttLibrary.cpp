@@ -14,7 +14,7 @@ bool readCategory(SqlStatement& stmt, Category& out)
 }
 } // namespace
 
-bool FindById(sqlite3* db, int major, int middle, int small, Category& out)
+bool FindById(SqlDb* db, int major, int middle, int small, Category& out)
 {
     SqlStatement stmt(db,
         "SELECT cat_id, major, middle, small FROM att_category "
@@ -23,7 +23,7 @@ bool FindById(sqlite3* db, int major, int middle, int small, Category& out)
     return readCategory(stmt, out);
 }
 
-bool FindByNames(sqlite3* db, const QStringList& names, Category& out)
+bool FindByNames(SqlDb* db, const QStringList& names, Category& out)
 {
     if (names.isEmpty() || names.size() > 3)
         return false;
@@ -51,14 +51,14 @@ bool FindByNames(sqlite3* db, const QStringList& names, Category& out)
     return true;
 }
 
-bool FindByKey(sqlite3* db, qint64 catId, Category& out)
+bool FindByKey(SqlDb* db, qint64 catId, Category& out)
 {
     SqlStatement stmt(db, "SELECT cat_id, major, middle, small FROM att_category WHERE cat_id = ?");
     stmt.Bind(1, catId);
     return readCategory(stmt, out);
 }
 
-QString NamePath(sqlite3* db, const Category& category)
+QString NamePath(SqlDb* db, const Category& category)
 {
     SqlStatement stmt(db, "SELECT name FROM att_category WHERE major = ? AND middle = ? AND small = ?");
     QStringList names;

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-struct sqlite3;
+class SqlDb;
 
 namespace AttLibrary {
 
@@ -17,12 +17,12 @@ struct Category
 };
 
 // The category of one, two or three numbers (missing ones are 0).
-bool FindById(sqlite3* db, int major, int middle, int small, Category& out);
+bool FindById(SqlDb* db, int major, int middle, int small, Category& out);
 // The category a name path of one to three levels names.
-bool FindByNames(sqlite3* db, const QStringList& names, Category& out);
-bool FindByKey(sqlite3* db, qint64 catId, Category& out);
+bool FindByNames(SqlDb* db, const QStringList& names, Category& out);
+bool FindByKey(SqlDb* db, qint64 catId, Category& out);
 // Names from the major category down to this one joined by "\".
-QString NamePath(sqlite3* db, const Category& category);
+QString NamePath(SqlDb* db, const Category& category);
 // Parses "3\1\1" (one to three numbers).
 bool ParseIds(const QString& text, int& major, int& middle, int& small);
 

@@ -18,8 +18,10 @@ bool RequireSpec(const QString& spec, ProjectStore*& store, int& specId, int& ma
     store = ProjectStore::Require();
     if (!store)
         return false;
-    if (!CodeTreeStore::FindSpec(store->Db(), spec, specId, maxIndex)) {
-        ProjectStore::Fail(QStringLiteral("the project has no specialty \"%1\"").arg(spec));
+    QString error;
+    if (!CodeTreeStore::FindSpec(store->Db(), spec, specId, maxIndex, &error)) {
+        ProjectStore::Fail(
+            error.isEmpty() ? QStringLiteral("the project has no specialty \"%1\"").arg(spec) : error);
         return false;
     }
     return true;

@@ -1,6 +1,7 @@
 #include "CodeTreeStore.h"
 
 #include "CSysCodeData.h"
+#include "SqlDb.h"
 #include "SqlStatement.h"
 #include "SqlTransaction.h"
 
@@ -8,7 +9,7 @@
 #include <QSet>
 
 #include <algorithm>
-#include <sqlite3.h>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -16,10 +17,10 @@ namespace CodeTreeStore {
 
 namespace {
 
-bool sqlFail(sqlite3* db, QString* error, const QString& what)
+bool sqlFail(SqlDb* db, QString* error, const QString& what)
 {
     if (error)
-        *error = QStringLiteral("%1: %2").arg(what, QString::fromUtf8(sqlite3_errmsg(db)));
+        *error = QStringLiteral("%1: %2").arg(what, db->Message());
     return false;
 }
 
@@ -102,20 +103,52 @@ std::vector<std::pair<const CSysCodeData*, int>> numberTree(const CSysCodeData& 
     return order;
 }
 
+constexpr int kRowColumns = 14;
+constexpr std::size_t kServerBatch = 500;
+
+// An insert of `rows` codes.
+QByteArray insertSql(std::size_t rows)
+{
+    QByteArray sql = "INSERT INTO sys_code(spec_id, node_index, parent_index, ord, name, color, line_width, "
+                     "alpha, line_style, line_string, hor_laying, ver_laying, added_msg, describe) "
+                     "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
+    for (std::size_t i = 1; i < rows; ++i)
+        sql += ",(?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
+    return sql;
+}
+
+// Binds one code's row after the `base` binds of the rows before it.
+void bindRow(
+    SqlStatement& insert, int base, int specId, int index, int parentIndex, int ord, const CSysCodeData& node)
+{
+    insert.Bind(base + 1, specId).Bind(base + 2, index).Bind(base + 3, parentIndex).Bind(base + 4, ord);
+    insert.Bind(base + 5, node.GetNodeName())
+        .Bind(base + 6, qint64(node.GetMfcColor()))
+        .Bind(base + 7, node.GetLineWidth());
+    insert.Bind(base + 8, node.GetAlpha())
+        .Bind(base + 9, node.GetLineStyle())
+        .Bind(base + 10, node.GetLineString());
+    insert.Bind(base + 11, node.GetHorLayingMode()).Bind(base + 12, node.GetVerLayingMode());
+    insert.Bind(base + 13, node.GetAddedMsg()).Bind(base + 14, node.GetDescribe());
+}
+
 } // namespace
 
-bool FindSpec(sqlite3* db, const QString& spec, int& specId, int& maxIndex)
+bool FindSpec(SqlDb* db, const QString& spec, int& specId, int& maxIndex, QString* error)
 {
     SqlStatement stmt(db, "SELECT spec_id, max_index FROM spec WHERE name = ?");
     stmt.Bind(1, spec);
-    if (!stmt.Next())
+    if (!stmt.Next()) {
+        if (!stmt.Done())
+            sqlFail(db, error, QStringLiteral("the project's specialties cannot be read"));
         return false;
+    }
     specId = stmt.Int(0);
     maxIndex = stmt.Int(1);
     return true;
 }
 
-bool Stamp(sqlite3* db, int specId, quint64& stamp, QString* error)
+bool Stamp(SqlDb* db, int specId, quint64& stamp, QString* error)
 {
     SqlStatement stmt(db, kSelectRows);
     stmt.Bind(1, specId);
@@ -131,7 +164,7 @@ bool Stamp(sqlite3* db, int specId, quint64& stamp, QString* error)
     return true;
 }
 
-bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error, quint64* stamp)
+bool Load(SqlDb* db, int specId, CSysCodeData& root, QString* error, quint64* stamp)
 {
     root.DeleteData();
     // A scan in primary-key order reads the rows straight from the table; sorting
@@ -197,7 +230,7 @@ bool Load(sqlite3* db, int specId, CSysCodeData& root, QString* error, quint64* 
 }
 
 SaveResult Save(
-    sqlite3* db, int specId, CSysCodeData& root, QString* error, const quint64* expected, quint64* written)
+    SqlDb* db, int specId, CSysCodeData& root, QString* error, const quint64* expected, quint64* written)
 {
     const auto failed = [&](const QString& what) {
         sqlFail(db, error, what);
@@ -206,6 +239,18 @@ SaveResult Save(
     SqlTransaction tx(db);
     if (!tx.IsActive())
         return failed(QStringLiteral("the system codes cannot be saved"));
+    // On a server, writers of one specialty take turns: the specialty's row stays
+    // locked until this transaction ends, so a second writer reads the stamp only
+    // after the first one's codes are stored, and the store's high-water mark is
+    // read by one writer at a time. The store file is locked whole by the
+    // transaction already.
+    if (db->Engine() == SqlEngine::Server) {
+        SqlStatement lock(db, "SELECT max_index FROM spec WHERE spec_id = ? FOR UPDATE");
+        lock.Bind(1, specId);
+        if (!lock.Next())
+            return failed(QStringLiteral("the specialty cannot be locked for the save"));
+        lock.Next();
+    }
     if (expected) {
         quint64 now = 0;
         if (!Stamp(db, specId, now, error))
@@ -231,26 +276,39 @@ SaveResult Save(
     indexOf.reserve(qsizetype(order.size()) + 1);
     indexOf.insert(&root, 0);
     QHash<const CSysCodeData*, int> ordOf;
-    SqlStatement insert(db,
-        "INSERT INTO sys_code(spec_id, node_index, parent_index, ord, name, color, line_width, "
-        "alpha, line_style, line_string, hor_laying, ver_laying, added_msg, describe) "
-        "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
-    for (const auto& [node, index] : order) {
+    // On a server a statement carries many rows, one round trip for all of them.
+    const std::size_t batch = db->Engine() == SqlEngine::Server ? kServerBatch : 1;
+    std::unique_ptr<SqlStatement> insert;
+    std::size_t statementRows = 0;
+    std::size_t pending = 0;
+    const CSysCodeData* first = nullptr;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const auto& [node, index] = order[i];
         indexOf.insert(node, index);
         const CSysCodeData* parent = node->GetParent();
-        const int parentIndex = indexOf.value(parent);
-        const int ord = ordOf[parent]++;
-        insert.Bind(1, specId).Bind(2, index).Bind(3, parentIndex).Bind(4, ord);
-        insert.Bind(5, node->GetNodeName())
-            .Bind(6, qint64(node->GetMfcColor()))
-            .Bind(7, node->GetLineWidth());
-        insert.Bind(8, node->GetAlpha()).Bind(9, node->GetLineStyle()).Bind(10, node->GetLineString());
-        insert.Bind(11, node->GetHorLayingMode()).Bind(12, node->GetVerLayingMode());
-        insert.Bind(13, node->GetAddedMsg()).Bind(14, node->GetDescribe());
-        if (!insert.Exec())
-            return failed(QStringLiteral("the system code \"%1\" cannot be saved").arg(node->GetFullName()));
+        if (pending == 0) {
+            const std::size_t rows = std::min(batch, order.size() - i);
+            if (rows != statementRows) {
+                insert = std::make_unique<SqlStatement>(db, insertSql(rows).constData());
+                statementRows = rows;
+            }
+            first = node;
+        }
+        bindRow(*insert, int(pending) * kRowColumns, specId, index, indexOf.value(parent), ordOf[parent]++,
+            *node);
+        if (++pending < statementRows)
+            continue;
+        pending = 0;
+        if (!insert->Exec())
+            return failed(statementRows == 1
+                    ? QStringLiteral("the system code \"%1\" cannot be saved").arg(first->GetFullName())
+                    : QStringLiteral("the system codes from \"%1\" on cannot be saved")
+                          .arg(first->GetFullName()));
     }
-    SqlStatement mark(db, "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
+    SqlStatement mark(db,
+        db->Engine() == SqlEngine::Server
+            ? "UPDATE spec SET max_index = greatest(max_index, ?) WHERE spec_id = ?"
+            : "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
     mark.Bind(1, highWater).Bind(2, specId);
     if (!mark.Exec())
         return failed(QStringLiteral("the system codes cannot be saved"));

@@ -1,9 +1,13 @@
 #include "ProjectStore.h"
 
+#include "PgDb.h"
+#include "PgSchema.h"
+#include "QvKsAtomicFile.h"
 #include "QvKsDataMng.h"
 #include "QvKsProfile.h"
 #include "SqlStatement.h"
 #include "SqlTransaction.h"
+#include "SqliteDb.h"
 #include "StoreSchema.h"
 
 #include <QDir>
@@ -57,49 +61,136 @@ ProjectStore* ProjectStore::Require()
 ProjectStore::~ProjectStore()
 {
     m_writeGroup.reset(); // rolls back before the connection goes
-    sqlite3_close(m_db);
 }
+
+std::unique_ptr<SqlDb> ProjectStore::Connect(const StoreLocation& location, bool create, QString* error)
+{
+    if (location.engine == SqlEngine::Server) {
+        std::unique_ptr<PgDb> db = PgDb::Connect(location.server, error);
+        if (!db) {
+            lastError() = error ? *error : QString();
+            return nullptr;
+        }
+        db->SetBusyTimeout(busyTimeout());
+        QString why;
+        if (!(create ? PgSchema::Create(db.get(), &why) : PgSchema::Check(db.get(), &why))) {
+            fail(error, QStringLiteral("%1: %2").arg(location.Describe(), why));
+            return nullptr;
+        }
+        return db;
+    }
+    const QString& file = location.file;
+    sqlite3* handle = nullptr;
+    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
+    if (sqlite3_open_v2(file.toUtf8().constData(), &handle, flags, nullptr) != SQLITE_OK) {
+        const QString why
+            = handle ? QString::fromUtf8(sqlite3_errmsg(handle)) : QStringLiteral("out of memory");
+        sqlite3_close(handle);
+        fail(error, QStringLiteral("the project store cannot be opened: %1").arg(why));
+        return nullptr;
+    }
+    auto db = std::make_unique<SqliteDb>(handle);
+    sqlite3_busy_timeout(handle, busyTimeout());
+    sqlite3_exec(handle, "PRAGMA foreign_keys=ON", nullptr, nullptr, nullptr);
+
+    QString why;
+    const bool ready = create ? StoreSchema::Create(db.get(), &why) : StoreSchema::Check(db.get(), &why);
+    if (!ready) {
+        db.reset();
+        if (create)
+            QFile::remove(file); // only the file this call made
+        fail(error, QStringLiteral("%1: %2").arg(file, why));
+        return nullptr;
+    }
+    return db;
+}
+
+namespace {
+// The folder's absolute path, made when asked; empty with `error` set when it is not
+// a folder.
+QString projectDir(const QString& folder, bool create, QString* error)
+{
+    const QString dir = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    if (create && !QDir().mkpath(dir)) {
+        fail(error, QStringLiteral("the project folder cannot be made: %1").arg(dir));
+        return QString();
+    }
+    if (!QFileInfo(dir).isDir()) {
+        fail(error, QStringLiteral("the project folder does not exist: %1").arg(dir));
+        return QString();
+    }
+    return dir;
+}
+
+// Refuses a folder that already names a store of either kind.
+bool folderIsFree(const QString& dir, QString* error)
+{
+    for (const QString& name : { QvKsDataMng::StoreFileName(), StoreLocation::EntryFileName() }) {
+        const QString path = dir + QLatin1Char('/') + name;
+        if (QFileInfo::exists(path))
+            return fail(error, QStringLiteral("the folder already holds a project store: %1").arg(path));
+    }
+    return true;
+}
+} // namespace
 
 bool ProjectStore::Open(const QString& folder, bool create, const QString& name, QString* error)
 {
     Close();
-    const QString dir = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
-    if (create && !QDir().mkpath(dir))
-        return fail(error, QStringLiteral("the project folder cannot be made: %1").arg(dir));
-    if (!QFileInfo(dir).isDir())
-        return fail(error, QStringLiteral("the project folder does not exist: %1").arg(dir));
-    const QString file = dir + QLatin1Char('/') + QvKsDataMng::StoreFileName();
-    const bool exists = QFileInfo::exists(file);
-    if (create && exists)
-        return fail(error, QStringLiteral("the folder already holds a project store: %1").arg(file));
-    if (!create && !exists)
-        return fail(error,
-            QStringLiteral("no project store in %1 (missing %2)").arg(dir, QvKsDataMng::StoreFileName()));
-
-    sqlite3* db = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0);
-    if (sqlite3_open_v2(file.toUtf8().constData(), &db, flags, nullptr) != SQLITE_OK) {
-        const QString why = db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
-        sqlite3_close(db);
-        return fail(error, QStringLiteral("the project store cannot be opened: %1").arg(why));
-    }
-    std::unique_ptr<ProjectStore> store(new ProjectStore(db, dir));
-    sqlite3_busy_timeout(db, busyTimeout());
-    sqlite3_exec(db, "PRAGMA foreign_keys=ON", nullptr, nullptr, nullptr);
-
-    QString why;
-    const bool ready = create ? StoreSchema::Create(db, &why) : StoreSchema::Check(db, &why);
-    if (!ready) {
-        store.reset();
-        if (create)
-            QFile::remove(file); // only the file this call made
-        return fail(error, QStringLiteral("%1: %2").arg(file, why));
-    }
+    const QString dir = projectDir(folder, create, error);
+    if (dir.isEmpty())
+        return false;
+    StoreLocation location;
+    location.file = dir + QLatin1Char('/') + QvKsDataMng::StoreFileName();
     if (create) {
-        store->SetMeta(QStringLiteral("project_name"), name);
+        if (!folderIsFree(dir, error))
+            return false;
+    } else {
+        QString why;
+        if (!StoreLocation::ForFolder(dir, location, &why))
+            return fail(error, why);
+        if (location.engine == SqlEngine::File && !QFileInfo::exists(location.file))
+            return fail(error,
+                QStringLiteral("no project store in %1 (missing %2)").arg(dir, QvKsDataMng::StoreFileName()));
+    }
+    std::unique_ptr<SqlDb> db = Connect(location, create, error);
+    if (!db)
+        return false;
+    if (!Adopt(std::move(db), dir, location))
+        return false;
+    if (create) {
+        current()->SetMeta(QStringLiteral("project_name"), name);
         QDir(dir).mkpath(QvKsDataMng::ProfileFolderName() + QStringLiteral("/系统编号"));
     }
-    current() = std::move(store);
+    return true;
+}
+
+bool ProjectStore::CreateOnServer(
+    const QString& folder, const StoreLocation& location, const QString& name, QString* error)
+{
+    Close();
+    const QString dir = projectDir(folder, true, error);
+    if (dir.isEmpty() || !folderIsFree(dir, error))
+        return false;
+    std::unique_ptr<SqlDb> db = Connect(location, true, error);
+    if (!db)
+        return false;
+    SqlDb* made = db.get();
+    const QString entry = dir + QLatin1Char('/') + StoreLocation::EntryFileName();
+    const QvKsWriteStatus written = QvKsAtomicFile::Write(entry, location.EntryText(), dir);
+    if (!written) {
+        PgSchema::Drop(static_cast<PgDb*>(made), nullptr); // only the tables this call made
+        return fail(error, written.Describe());
+    }
+    Adopt(std::move(db), dir, location);
+    current()->SetMeta(QStringLiteral("project_name"), name);
+    QDir(dir).mkpath(QvKsDataMng::ProfileFolderName() + QStringLiteral("/系统编号"));
+    return true;
+}
+
+bool ProjectStore::Adopt(std::unique_ptr<SqlDb> db, const QString& dir, const StoreLocation& location)
+{
+    current().reset(new ProjectStore(std::move(db), dir, location));
     QvKsProfile::SetProfilePath(dir + QLatin1Char('/') + QvKsDataMng::ProfileFolderName());
     lastError().clear();
     return true;
@@ -115,14 +206,14 @@ void ProjectStore::Close()
 
 QString ProjectStore::Meta(const QString& key) const
 {
-    SqlStatement stmt(m_db, "SELECT value FROM meta WHERE key = ?");
+    SqlStatement stmt(m_db.get(), "SELECT value FROM meta WHERE key = ?");
     stmt.Bind(1, key);
     return stmt.Next() ? stmt.Text(0) : QString();
 }
 
 bool ProjectStore::SetMeta(const QString& key, const QString& value)
 {
-    SqlStatement stmt(m_db,
+    SqlStatement stmt(m_db.get(),
         "INSERT INTO meta(key, value) VALUES(?, ?) "
         "ON CONFLICT(key) DO UPDATE SET value = excluded.value");
     stmt.Bind(1, key).Bind(2, value);
@@ -140,7 +231,7 @@ void ProjectStore::Fail(const QString& message)
 
 void ProjectStore::FailSql(const QString& what)
 {
-    lastError() = QStringLiteral("%1: %2").arg(what, QString::fromUtf8(sqlite3_errmsg(m_db)));
+    lastError() = QStringLiteral("%1: %2").arg(what, m_db->Message());
 }
 
 QString ProjectStore::LastError()
@@ -152,7 +243,7 @@ void ProjectStore::SetBusyTimeout(int ms)
 {
     busyTimeout() = ms < 0 ? 0 : ms;
     if (current())
-        sqlite3_busy_timeout(current()->m_db, busyTimeout());
+        current()->m_db->SetBusyTimeout(busyTimeout());
 }
 
 namespace QvKsDataMng {
@@ -180,7 +271,7 @@ bool IsProjectOpen()
 qint64 ChangesMade()
 {
     const ProjectStore* store = ProjectStore::Current();
-    return store ? qint64(sqlite3_total_changes64(store->Db())) : 0;
+    return store ? store->Db()->TotalChanges() : 0;
 }
 
 QString ProjectFolder()
@@ -204,19 +295,17 @@ bool RunScript(const QString& sql, QString* error)
     ProjectStore* store = ProjectStore::Require();
     if (!store)
         return fail(error, LastError());
-    SqlTransaction tx(store->Db());
-    char* message = nullptr;
+    SqlDb* db = store->Db();
+    SqlTransaction tx(db);
     const QByteArray utf8 = sql.toUtf8();
-    if (!tx.IsActive()
-        || sqlite3_exec(store->Db(), utf8.constData(), nullptr, nullptr, &message) != SQLITE_OK) {
-        const QString why
-            = message ? QString::fromUtf8(message) : QString::fromUtf8(sqlite3_errmsg(store->Db()));
-        sqlite3_free(message);
+    if (!tx.IsActive() || !db->Execute(utf8.constData()))
+        return fail(error, QStringLiteral("the script failed: %1").arg(db->Message()));
+    // Rows that came with their numbers: the server numbers new ones after them.
+    QString why;
+    if (db->Engine() == SqlEngine::Server && !PgSchema::SyncNumbering(static_cast<PgDb*>(db), &why))
         return fail(error, QStringLiteral("the script failed: %1").arg(why));
-    }
     if (!tx.Commit())
-        return fail(
-            error, QStringLiteral("the script cannot be stored: %1").arg(sqlite3_errmsg(store->Db())));
+        return fail(error, QStringLiteral("the script cannot be stored: %1").arg(db->Message()));
     return true;
 }
 

@@ -2,14 +2,14 @@
 
 // The process-wide open project behind the data service's static operations.
 #include "QvKsQtxmInfo.h"
+#include "SqlDb.h"
 #include "SqlTransaction.h"
+#include "StoreLocation.h"
 
 #include <QString>
 
 #include <map>
 #include <memory>
-
-struct sqlite3;
 
 class ProjectStore
 {
@@ -19,16 +19,26 @@ public:
     // Current() or null, recording "no project is open" as the last error.
     static ProjectStore* Require();
 
+    // Opens the store the folder names (or makes a store file in it).
     static bool Open(const QString& folder, bool create, const QString& name, QString* error);
+    // Makes a new project in `folder` whose store is a database on the server at
+    // `location`, and opens it.
+    static bool CreateOnServer(
+        const QString& folder, const StoreLocation& location, const QString& name, QString* error);
     static void Close();
 
-    sqlite3* Db() const { return m_db; }
+    // A connection to the store at `location` after the checks made on opening
+    // (for copying a project between stores; the open project is not touched).
+    static std::unique_ptr<SqlDb> Connect(const StoreLocation& location, bool create, QString* error);
+
+    SqlDb* Db() const { return m_db.get(); }
     QString Folder() const { return m_folder; }
+    const StoreLocation& Location() const { return m_location; }
 
     QString Meta(const QString& key) const;
     bool SetMeta(const QString& key, const QString& value);
 
-    // Records `message` (and SQLite's own text when asked) as the last error.
+    // Records `message` (and the engine's own words when asked) as the last error.
     static void Fail(const QString& message);
     void FailSql(const QString& what);
     static QString LastError();
@@ -44,13 +54,16 @@ public:
     ~ProjectStore();
 
 private:
-    ProjectStore(sqlite3* db, const QString& folder)
-        : m_db(db)
+    ProjectStore(std::unique_ptr<SqlDb> db, const QString& folder, const StoreLocation& location)
+        : m_db(std::move(db))
         , m_folder(folder)
+        , m_location(location)
     { }
+    static bool Adopt(std::unique_ptr<SqlDb> db, const QString& dir, const StoreLocation& location);
 
-    sqlite3* m_db;
+    std::unique_ptr<SqlDb> m_db;
     QString m_folder;
+    StoreLocation m_location;
     std::map<qint64, SQvKsQdInfo> m_pendingQd;
     std::map<qint64, SQvKsDeInfo> m_pendingDe;
     std::unique_ptr<SqlTransaction> m_writeGroup;

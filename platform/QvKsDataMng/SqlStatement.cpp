@@ -1,57 +1,60 @@
 #include "SqlStatement.h"
 
 #include "QvKsDataMng.h"
+#include "SqlDb.h"
 
-#include <sqlite3.h>
+#include <functional>
 
-SqlStatement::SqlStatement(sqlite3* db, const char* sql)
+SqlStatement::SqlStatement(SqlDb* db, const char* sql)
 {
     if (db)
-        m_rc = sqlite3_prepare_v2(db, sql, -1, &m_stmt, nullptr);
+        m_cursor = db->Prepare(sql);
+    m_rc = m_cursor ? 0 : SqlCursor::kError;
 }
 
-SqlStatement::~SqlStatement()
-{
-    sqlite3_finalize(m_stmt);
-}
+SqlStatement::~SqlStatement() = default;
 
 SqlStatement& SqlStatement::Bind(int i, int value)
 {
-    sqlite3_bind_int(m_stmt, i, value);
+    if (m_cursor)
+        m_cursor->BindInt(i, value);
     return *this;
 }
 
 SqlStatement& SqlStatement::Bind(int i, qint64 value)
 {
-    sqlite3_bind_int64(m_stmt, i, value);
+    if (m_cursor)
+        m_cursor->BindInt(i, value);
     return *this;
 }
 
 SqlStatement& SqlStatement::Bind(int i, double value)
 {
-    sqlite3_bind_double(m_stmt, i, value);
+    if (m_cursor)
+        m_cursor->BindDouble(i, value);
     return *this;
 }
 
 SqlStatement& SqlStatement::Bind(int i, const QString& value)
 {
-    const QByteArray utf8 = value.toUtf8();
-    sqlite3_bind_text(m_stmt, i, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
+    if (m_cursor)
+        m_cursor->BindText(i, value.toUtf8());
     return *this;
 }
 
 SqlStatement& SqlStatement::BindNull(int i)
 {
-    sqlite3_bind_null(m_stmt, i);
+    if (m_cursor)
+        m_cursor->BindNull(i);
     return *this;
 }
 
 bool SqlStatement::Next()
 {
-    if (!m_stmt)
+    if (!m_cursor)
         return false;
-    m_rc = sqlite3_step(m_stmt);
-    return m_rc == SQLITE_ROW;
+    m_rc = m_cursor->Step();
+    return m_rc == SqlCursor::kRow;
 }
 
 namespace {
@@ -59,6 +62,8 @@ struct WriteCounter
 {
     int done = 0;
     int failAt = 0;
+    int callAt = 0;
+    std::function<void()> call;
 };
 
 WriteCounter& writeCounter()
@@ -72,6 +77,12 @@ bool SqlStatement::CountWrite()
 {
     WriteCounter& c = writeCounter();
     ++c.done;
+    if (c.callAt > 0 && c.done == c.callAt) {
+        c.callAt = 0;
+        const std::function<void()> call = std::move(c.call);
+        c.call = nullptr;
+        call();
+    }
     if (c.failAt > 0 && c.done == c.failAt) {
         c.failAt = 0;
         return false;
@@ -82,7 +93,17 @@ bool SqlStatement::CountWrite()
 namespace QvKsDataMng {
 void FailNthWrite(int n)
 {
-    writeCounter() = { 0, n > 0 ? n : 0 };
+    WriteCounter& c = writeCounter();
+    c.done = 0;
+    c.failAt = n > 0 ? n : 0;
+}
+
+void BeforeNthWrite(int n, std::function<void()> call)
+{
+    WriteCounter& c = writeCounter();
+    c.done = 0;
+    c.callAt = n > 0 && call ? n : 0;
+    c.call = c.callAt ? std::move(call) : nullptr;
 }
 
 int WritesDone()
@@ -93,51 +114,59 @@ int WritesDone()
 
 bool SqlStatement::Exec()
 {
-    if (!m_stmt)
+    if (!m_cursor)
         return false;
     if (!CountWrite()) {
-        m_rc = SQLITE_FULL;
+        m_rc = SqlCursor::kFull;
         return false;
     }
-    m_rc = sqlite3_step(m_stmt);
-    sqlite3_reset(m_stmt);
-    return m_rc == SQLITE_DONE;
+    m_rc = m_cursor->Run();
+    return m_rc == SqlCursor::kDone;
 }
 
 void SqlStatement::Reset()
 {
-    sqlite3_reset(m_stmt);
-    sqlite3_clear_bindings(m_stmt);
+    if (m_cursor)
+        m_cursor->Reset();
 }
 
 int SqlStatement::Int(int col) const
 {
-    return sqlite3_column_int(m_stmt, col);
+    return int(m_cursor->Int(col));
 }
 
 qint64 SqlStatement::Int64(int col) const
 {
-    return sqlite3_column_int64(m_stmt, col);
+    return m_cursor->Int(col);
 }
 
 double SqlStatement::Double(int col) const
 {
-    return sqlite3_column_double(m_stmt, col);
+    return m_cursor->Double(col);
 }
 
 QString SqlStatement::Text(int col) const
 {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_stmt, col));
-    return QString::fromUtf8(text, sqlite3_column_bytes(m_stmt, col));
+    const QByteArrayView text = m_cursor->Utf8(col);
+    return QString::fromUtf8(text.data(), text.size());
 }
 
 QByteArrayView SqlStatement::Utf8(int col) const
 {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_stmt, col));
-    return QByteArrayView(text, sqlite3_column_bytes(m_stmt, col));
+    return m_cursor->Utf8(col);
 }
 
 bool SqlStatement::IsNull(int col) const
 {
-    return sqlite3_column_type(m_stmt, col) == SQLITE_NULL;
+    return m_cursor->ColumnKind(col) == SqlCursor::Kind::Null;
+}
+
+SqlCursor::Kind SqlStatement::ColumnKind(int col) const
+{
+    return m_cursor->ColumnKind(col);
+}
+
+int SqlStatement::ColumnCount() const
+{
+    return m_cursor ? m_cursor->ColumnCount() : 0;
 }

@@ -1,23 +1,27 @@
 #pragma once
 
-// A prepared SQLite statement with Qt-typed binds and columns. Text goes in and out
-// as UTF-8; the store keeps UTF-8 so the file reads the same in any SQLite client.
+// A prepared statement of the project store with Qt-typed binds and columns. Text
+// goes in and out as UTF-8; the store keeps UTF-8 on either engine, so it reads the
+// same in any client of that engine.
+#include "SqlCursor.h"
+
 #include <QByteArrayView>
 #include <QString>
 
-struct sqlite3;
-struct sqlite3_stmt;
+#include <memory>
+
+class SqlDb;
 
 class SqlStatement
 {
 public:
-    SqlStatement(sqlite3* db, const char* sql);
+    SqlStatement(SqlDb* db, const char* sql);
     ~SqlStatement();
     SqlStatement(const SqlStatement&) = delete;
     SqlStatement& operator=(const SqlStatement&) = delete;
 
-    bool IsValid() const { return m_stmt != nullptr; }
-    // Binds are 1-based, as in SQLite.
+    bool IsValid() const { return m_cursor != nullptr; }
+    // Binds are 1-based.
     SqlStatement& Bind(int i, int value);
     SqlStatement& Bind(int i, qint64 value);
     SqlStatement& Bind(int i, double value);
@@ -26,9 +30,10 @@ public:
 
     // True while a row is available; Done() tells whether the end was reached cleanly.
     bool Next();
-    // Runs a statement that returns no rows; true on SQLITE_DONE. Counts as a write.
+    // Runs a statement that returns no rows; true when it ran to its end. Counts as
+    // a write.
     bool Exec();
-    bool Done() const { return m_rc == 101; } // SQLITE_DONE
+    bool Done() const { return m_rc == SqlCursor::kDone; }
     int ResultCode() const { return m_rc; }
     void Reset();
 
@@ -39,12 +44,14 @@ public:
     // The column's text as the store holds it, valid until the next step.
     QByteArrayView Utf8(int col) const;
     bool IsNull(int col) const;
+    SqlCursor::Kind ColumnKind(int col) const;
+    int ColumnCount() const;
 
     // Every write (a statement run with Exec, a commit) passes here: false when it
     // is the one chosen to fail (QvKsDataMng::FailNthWrite).
     static bool CountWrite();
 
 private:
-    sqlite3_stmt* m_stmt = nullptr;
+    std::unique_ptr<SqlCursor> m_cursor;
     int m_rc = 0;
 };

@@ -1,14 +1,15 @@
 #pragma once
 
-// One write transaction. Begins IMMEDIATE, so a store locked by another program is
-// reported before anything is changed; rolls back unless Commit() succeeded. Opened
-// while another transaction runs, it is a savepoint inside that one.
-struct sqlite3;
+// One write transaction; rolls back unless Commit() succeeded. On the store file it
+// begins IMMEDIATE, so a store locked by another program is reported before
+// anything is changed. Opened while another transaction runs, it is a savepoint
+// inside that one.
+class SqlDb;
 
 class SqlTransaction
 {
 public:
-    explicit SqlTransaction(sqlite3* db);
+    explicit SqlTransaction(SqlDb* db);
     ~SqlTransaction();
     SqlTransaction(const SqlTransaction&) = delete;
     SqlTransaction& operator=(const SqlTransaction&) = delete;
@@ -17,7 +18,7 @@ public:
     bool Commit();
 
 private:
-    sqlite3* m_db;
+    SqlDb* m_db;
     bool m_active = false;
     bool m_nested = false;
 };

@@ -32,6 +32,7 @@
 
 #include "SqlStatement.h"
 #include "SqlTransaction.h"
+#include "SqliteDb.h"
 
 #include <sqlite3.h>
 
@@ -123,19 +124,35 @@ INSERT INTO meta(key, value) VALUES
   ('line_type_scale', '1.0'), ('color_show_type', '1');
 )sql";
 
-QString sqliteMessage(sqlite3* db)
+const char* const kColumns[][2] = {
+    { "meta", "key,value" },
+    { "spec", "spec_id,name,ord,max_index" },
+    { "sys_code",
+        "spec_id,node_index,parent_index,ord,name,color,line_width,alpha,line_style,line_string,"
+        "hor_laying,ver_laying,added_msg,describe" },
+    { "floor", "floor_id,name,ord,elevation,height,dwg_file" },
+    { "qd_item", "qd_id,floor_id,code,idx,name,feature,unit,quantity,sys_code" },
+    { "de_item", "de_id,floor_id,qd_id,code,idx,name,unit,quantity,sys_code" },
+    { "att_category", "cat_id,major,middle,small,name" },
+    { "att_member", "mem_id,cat_id,member_no,name" },
+    { "att_relation", "cat_id,related_cat_id" },
+    { "lay_mode", "floor_id,ord,name,code,describe" },
+    { "ver_lay_mode", "ord,name" },
+};
+
+QString sqliteMessage(SqliteDb* db)
 {
-    return QString::fromUtf8(sqlite3_errmsg(db));
+    return db->Message();
 }
 
-bool readPragma(sqlite3* db, const char* sql, int& value, QString* error)
+bool readPragma(SqliteDb* db, const char* sql, int& value, QString* error)
 {
     SqlStatement stmt(db, sql);
     if (stmt.IsValid() && stmt.Next()) {
         value = stmt.Int(0);
         return true;
     }
-    const int rc = stmt.IsValid() ? stmt.ResultCode() : sqlite3_errcode(db);
+    const int rc = stmt.IsValid() ? stmt.ResultCode() : sqlite3_errcode(db->Handle());
     if (!error)
         return false;
     switch (rc & 0xff) {
@@ -158,17 +175,33 @@ bool readPragma(sqlite3* db, const char* sql, int& value, QString* error)
 
 } // namespace
 
-bool Create(sqlite3* db, QString* error)
+QStringList Tables()
+{
+    QStringList tables;
+    for (const auto& table : kColumns)
+        tables << QString::fromLatin1(table[0]);
+    return tables;
+}
+
+QStringList Columns(const QString& table)
+{
+    for (const auto& t : kColumns) {
+        if (table == QLatin1String(t[0]))
+            return QString::fromLatin1(t[1]).split(u',');
+    }
+    return {};
+}
+
+bool Create(SqliteDb* db, QString* error)
 {
     // Before the first table: both take effect only on an empty file.
-    sqlite3_exec(db, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
+    db->Execute("PRAGMA journal_mode=DELETE");
     SqlTransaction tx(db);
     const QByteArray stamp = QStringLiteral("PRAGMA application_id=%1; PRAGMA user_version=%2;")
                                  .arg(kApplicationId)
                                  .arg(kSchemaVersion)
                                  .toUtf8();
-    if (!tx.IsActive() || sqlite3_exec(db, kTables, nullptr, nullptr, nullptr) != SQLITE_OK
-        || sqlite3_exec(db, stamp.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+    if (!tx.IsActive() || !db->Execute(kTables) || !db->Execute(stamp.constData())) {
         if (error)
             *error = QStringLiteral("the project store cannot be created: %1").arg(sqliteMessage(db));
         return false;
@@ -181,7 +214,7 @@ bool Create(sqlite3* db, QString* error)
     return true;
 }
 
-bool Check(sqlite3* db, QString* error)
+bool Check(SqliteDb* db, QString* error)
 {
     int appId = 0;
     int version = 0;

@@ -1,6 +1,7 @@
 // qvproj: the project tool.
 #include "ProjectCommands.h"
 #include "ProjectFloors.h"
+#include "ServerCommands.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -23,6 +24,7 @@ void usage(QTextStream& stream)
            "                                  make a project of the default specialties and codes\n"
            "                                  with these floors (copied in, in this order; the\n"
            "                                  first is current) in DIR (a new folder or an empty one)\n"
+           "                                  (with --server URL, its store on that server)\n"
            "  qvproj add-floor DIR NAME FILE.dxf\n"
            "                                  copy a drawing into the project as a new last floor\n"
            "  qvproj floors DIR               list the floors and their drawings\n"
@@ -31,18 +33,21 @@ void usage(QTextStream& stream)
            "  qvproj import DIR SPEC FILE.scn [--any-spec]\n"
            "                                  merge a system-code file into a specialty (a file\n"
            "                                  of another specialty only with --any-spec)\n"
-           "  qvproj --help                   print this\n";
+        << ServerCommands::Usage() << "  qvproj --help                   print this\n";
 }
 
-// "new DIR --name NAME --floor NAME=FILE …" in any order after DIR; false after a
-// wrong call.
-bool parseNew(const QStringList& args, QString& name, QList<FloorSource>& floors, QTextStream& err)
+// "new DIR --name NAME --floor NAME=FILE … [--server URL]" in any order after DIR;
+// false after a wrong call.
+bool parseNew(
+    const QStringList& args, QString& name, QString& server, QList<FloorSource>& floors, QTextStream& err)
 {
     for (qsizetype i = 2; i < args.size(); i += 2) {
         if (i + 1 >= args.size())
             return false;
         if (args[i] == QLatin1String("--name")) {
             name = args[i + 1];
+        } else if (args[i] == QLatin1String("--server")) {
+            server = args[i + 1];
         } else if (args[i] == QLatin1String("--floor")) {
             FloorSource floor;
             if (!ParseFloorArgument(args[i + 1], floor)) {
@@ -69,13 +74,17 @@ int main(int argc, char** argv)
     int rc = 0;
     if ((command == QLatin1String("--help") || command == QLatin1String("-h")) && args.size() == 1)
         usage(out);
-    else if (command == QLatin1String("demo") && args.size() == 2)
+    else if (ServerCommands::Dispatch(args, rc, out, err)) {
+        // new --server, move-to-server, move-to-file: rc is set
+    } else if (command == QLatin1String("demo") && args.size() == 2)
         rc = ProjectCommands::Demo(args[1], out, err);
     else if (command == QLatin1String("new") && args.size() >= 2) {
         QString name;
+        QString server;
         QList<FloorSource> floors;
-        if (parseNew(args, name, floors, err))
-            rc = ProjectFloors::New(args[1], name, floors, out, err);
+        if (parseNew(args, name, server, floors, err))
+            rc = server.isEmpty() ? ProjectFloors::New(args[1], name, floors, out, err)
+                                  : ServerCommands::NewOwnOnServer(args[1], server, name, floors, out, err);
         else {
             usage(err);
             rc = 2;

@@ -1,11 +1,9 @@
 // Saving and loading specialties' code trees, indices, and the store's small
 // operations on codes.
 #include "CISysCode.h"
-#include "TempProject.h"
+#include "StoreEngineFixture.h"
 
 #include <QDir>
-
-#include <sqlite3.h>
 
 namespace {
 
@@ -34,18 +32,11 @@ QStringList stored(const QString& spec = kElec)
     return dumpTree(root);
 }
 
-int rawExec(const QString& file, const char* sql)
-{
-    sqlite3* db = nullptr;
-    sqlite3_open(file.toUtf8().constData(), &db);
-    const int rc = sqlite3_exec(db, sql, nullptr, nullptr, nullptr);
-    sqlite3_close(db);
-    return rc;
-}
+using CodeTreeStore = StoreEngineFixture;
 
-TEST(CodeTreeStore, SavedTreeReadsBackWithEveryAttributeInOrder)
+TEST_P(CodeTreeStore, SavedTreeReadsBackWithEveryAttributeInOrder)
 {
-    TempProject project;
+    const auto project = MakeProject();
     CSysCodeData root;
     buildSample(root);
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec)) << QvKsDataMng::LastError().toStdString();
@@ -57,9 +48,9 @@ TEST(CodeTreeStore, SavedTreeReadsBackWithEveryAttributeInOrder)
     EXPECT_EQ(empty.GetChildCount(), 0);
 }
 
-TEST(CodeTreeStore, IndicesSurviveRenamesAndMovesAndAreNeverReused)
+TEST_P(CodeTreeStore, IndicesSurviveRenamesAndMovesAndAreNeverReused)
 {
-    TempProject project;
+    const auto project = MakeProject();
     CSysCodeData root;
     buildSample(root);
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
@@ -90,9 +81,9 @@ TEST(CodeTreeStore, IndicesSurviveRenamesAndMovesAndAreNeverReused)
     EXPECT_EQ(back.FindByFullName(QStringLiteral("应急照明"))->GetNodeIndex(), 8);
 }
 
-TEST(CodeTreeStore, DuplicateIndicesInTheTreeGetFreshOnes)
+TEST_P(CodeTreeStore, DuplicateIndicesInTheTreeGetFreshOnes)
 {
-    TempProject project;
+    const auto project = MakeProject();
     CSysCodeData root;
     addCode(root, QStringLiteral("A"), 5);
     addCode(root, QStringLiteral("B"), 5); // a pasted copy that kept the original's index
@@ -101,18 +92,21 @@ TEST(CodeTreeStore, DuplicateIndicesInTheTreeGetFreshOnes)
         stored(), (QStringList { QStringLiteral("A|5|0|0|0||||||"), QStringLiteral("B|6|0|0|0||||||") }));
 }
 
-TEST(CodeTreeStore, FailureHalfwayThroughASaveLeavesThePreviousTreeWhole)
+TEST_P(CodeTreeStore, FailureHalfwayThroughASaveLeavesThePreviousTreeWhole)
 {
-    TempProject project;
+    const auto project = MakeProject();
     CSysCodeData root;
     buildSample(root);
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
     const QStringList before = stored();
     // Another program's trigger makes the insert of one code in the middle fail.
-    ASSERT_EQ(rawExec(project.StoreFile(),
+    ASSERT_EQ(Outside(*project,
                   "CREATE TRIGGER boom BEFORE INSERT ON sys_code WHEN NEW.name = 'BOOM' "
-                  "BEGIN SELECT RAISE(ABORT, 'injected failure'); END;"),
-        SQLITE_OK);
+                  "BEGIN SELECT RAISE(ABORT, 'injected failure'); END;",
+                  "CREATE FUNCTION boom() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN "
+                  "IF NEW.name = 'BOOM' THEN RAISE EXCEPTION 'injected failure'; END IF; RETURN NEW; END $$; "
+                  "CREATE TRIGGER boom BEFORE INSERT ON sys_code FOR EACH ROW EXECUTE FUNCTION boom();"),
+        QString());
     CSysCodeData next;
     ASSERT_TRUE(CISysCode::GetSpecCodeInfos(next, kElec));
     addCode(*next.GetChild(0), QStringLiteral("新增一"));
@@ -131,9 +125,9 @@ TEST(CodeTreeStore, FailureHalfwayThroughASaveLeavesThePreviousTreeWhole)
     EXPECT_EQ(again.GetNodeIndex(), 6);
 }
 
-TEST(CodeTreeStore, TreesTheStoreCannotHoldAreRefusedWhole)
+TEST_P(CodeTreeStore, TreesTheStoreCannotHoldAreRefusedWhole)
 {
-    TempProject project;
+    const auto project = MakeProject();
     CSysCodeData root;
     buildSample(root);
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
@@ -160,25 +154,25 @@ TEST(CodeTreeStore, TreesTheStoreCannotHoldAreRefusedWhole)
     EXPECT_FALSE(CISysCode::GetSpecCodeInfos(other, QStringLiteral("土建")));
 }
 
-TEST(CodeTreeStore, DamagedStoredTreeIsReportedNotHalfLoaded)
+TEST_P(CodeTreeStore, DamagedStoredTreeIsReportedNotHalfLoaded)
 {
-    TempProject project;
+    const auto project = MakeProject();
     CSysCodeData root;
     buildSample(root);
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
-    ASSERT_EQ(rawExec(project.StoreFile(),
+    ASSERT_EQ(Outside(*project,
                   "INSERT INTO sys_code VALUES(3, 40, 99, 0, 'orphan', 0, 0, 0, '', '', '', "
                   "'', '', '')"),
-        SQLITE_OK);
+        QString());
     CSysCodeData back;
     EXPECT_FALSE(CISysCode::GetSpecCodeInfos(back, kElec));
     EXPECT_EQ(back.GetChildCount(), 0);
     EXPECT_TRUE(QvKsDataMng::LastError().contains(QLatin1String("damaged")));
 }
 
-TEST(CodeTreeStore, FullNamesAndIndexPathsFollowTheStoredTree)
+TEST_P(CodeTreeStore, FullNamesAndIndexPathsFollowTheStoredTree)
 {
-    TempProject project;
+    const auto project = MakeProject();
     CSysCodeData root;
     buildSample(root);
     ASSERT_TRUE(CISysCode::SetSpecCodeInfos(root, kElec));
@@ -207,7 +201,7 @@ TEST(CodeTreeStore, FullNamesAndIndexPathsFollowTheStoredTree)
             << QString::fromUtf16(p.path).toStdString();
 }
 
-TEST(CodeTreeStore, FullNamesDivideIntoLevels)
+TEST(CodeTreeRules, FullNamesDivideIntoLevels)
 {
     QStringList levels { QStringLiteral("kept") };
     int count = -1;
@@ -222,7 +216,7 @@ TEST(CodeTreeStore, FullNamesDivideIntoLevels)
     }
 }
 
-TEST(CodeTreeStore, CombinedInfoSplitsBackIntoItsParts)
+TEST(CodeTreeRules, CombinedInfoSplitsBackIntoItsParts)
 {
     const QStringList texts { QString(), QStringLiteral("电气\\管线\\BV-2.5"), QStringLiteral("a|b"),
         QStringLiteral("\\|"), QStringLiteral("尾\\") };
@@ -243,7 +237,7 @@ TEST(CodeTreeStore, CombinedInfoSplitsBackIntoItsParts)
     EXPECT_EQ(a, QStringLiteral("x"));
 }
 
-TEST(CodeTreeStore, SettingIsReadWithADefaultForAnythingMissing)
+TEST(CodeTreeRules, SettingIsReadWithADefaultForAnythingMissing)
 {
     QTemporaryDir dir;
     const QString ini = dir.path() + QStringLiteral("/SysCodeMng.ini");
@@ -267,9 +261,9 @@ TEST(CodeTreeStore, SettingIsReadWithADefaultForAnythingMissing)
     }
 }
 
-TEST(CodeTreeStore, LineTypeScaleKeepsOnlyNumbers)
+TEST_P(CodeTreeStore, LineTypeScaleKeepsOnlyNumbers)
 {
-    TempProject project;
+    const auto project = MakeProject();
     QString scale;
     ASSERT_TRUE(CISysCode::GetLineTypeScale(scale));
     EXPECT_EQ(scale, QStringLiteral("1.0"));
@@ -277,9 +271,12 @@ TEST(CodeTreeStore, LineTypeScaleKeepsOnlyNumbers)
     for (const char* bad : { "", "abc", "-1", "1,5" })
         EXPECT_FALSE(CISysCode::SetLineTypeScale(QString::fromUtf8(bad))) << bad;
     QvKsDataMng::CloseProject();
-    ASSERT_TRUE(QvKsDataMng::OpenProject(project.Path()));
+    ASSERT_TRUE(QvKsDataMng::OpenProject(project->Path()));
     ASSERT_TRUE(CISysCode::GetLineTypeScale(scale));
     EXPECT_EQ(scale, QStringLiteral("2.5"));
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Engines, CodeTreeStore, ::testing::Values(StoreEngine::File, StoreEngine::Server), EngineName);
 
 } // namespace

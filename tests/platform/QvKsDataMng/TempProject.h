@@ -43,11 +43,16 @@ struct TempProject
 {
     QTemporaryDir dir;
 
-    explicit TempProject(const QString& script = QString::fromUtf8(kFiveSpecs))
+    // A project whose store is the file in its folder, or with `serverUrl` a database
+    // on a server.
+    explicit TempProject(
+        const QString& script = QString::fromUtf8(kFiveSpecs), const QString& serverUrl = QString())
     {
         QString error;
-        EXPECT_TRUE(QvKsDataMng::CreateProject(dir.path(), QStringLiteral("测试项目"), &error))
-            << error.toStdString();
+        const bool made = serverUrl.isEmpty()
+            ? QvKsDataMng::CreateProject(dir.path(), QStringLiteral("测试项目"), &error)
+            : QvKsDataMng::CreateServerProject(dir.path(), serverUrl, QStringLiteral("测试项目"), &error);
+        EXPECT_TRUE(made) << error.toStdString();
         if (!script.isEmpty()) {
             EXPECT_TRUE(QvKsDataMng::RunScript(script, &error)) << error.toStdString();
         }
