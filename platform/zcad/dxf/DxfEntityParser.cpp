@@ -11,6 +11,7 @@
 #include "ZcDbProxyEntity.h"
 #include "ZcDbText.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <numbers>
@@ -39,6 +40,15 @@ quint64 parseHandle(std::string_view text)
     quint64 value = 0;
     const auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value, 16);
     return ec == std::errc() && end == text.data() + text.size() ? value : 0;
+}
+
+// The kinds made into entities of their own class, and those read as parts of
+// others (a block's header, a polyline's vertices).
+bool hasOwnClass(std::string_view type)
+{
+    static constexpr std::string_view kKinds[] = { "LINE", "LWPOLYLINE", "POLYLINE", "CIRCLE", "ARC", "TEXT",
+        "ATTDEF", "ATTRIB", "MTEXT", "INSERT", "BLOCK", "VERTEX", "SEQEND", "ENDBLK" };
+    return std::find(std::begin(kKinds), std::end(kKinds), type) != std::end(kKinds);
 }
 
 double finiteOr(double value, double fallback)
@@ -136,6 +146,8 @@ void DxfEntityParser::begin(std::string_view type)
     m_vertices.clear();
     m_xdataGroups.clear();
     m_xdataKey.clear();
+    m_keepGroups = !hasOwnClass(type);
+    m_groups.clear();
 }
 
 void DxfEntityParser::readGroups(DxfGroupReader& reader)
@@ -146,6 +158,8 @@ void DxfEntityParser::readGroups(DxfGroupReader& reader)
             reader.pushBack();
             return;
         }
+        if (m_keepGroups)
+            keep(group, reader.isBinary());
         if (group.code >= 1000)
             takeXData(group);
         else if (!m_embedded)
@@ -263,6 +277,21 @@ void DxfEntityParser::take(const DxfGroup& g)
     default:
         break;
     }
+}
+
+void DxfEntityParser::keep(const DxfGroup& g, bool binary)
+{
+    QString value;
+    if (g.binaryNumber) {
+        // A number of a binary drawing is either a real or an integer; the other is 0.
+        value = g.real != 0.0 ? QString::number(g.real, 'g', 17) : QString::number(g.integer);
+    } else if (binary && ((g.code >= 310 && g.code <= 319) || g.code == 1004)) {
+        // Binary chunks as the hexadecimal digits a text drawing holds.
+        value = QString::fromLatin1(QByteArray(g.text.data(), qsizetype(g.text.size())).toHex().toUpper());
+    } else {
+        value = m_strings.decode(g.text);
+    }
+    m_groups.push_back({ g.code, std::move(value) });
 }
 
 void DxfEntityParser::takeXData(const DxfGroup& g)
@@ -409,11 +438,12 @@ std::unique_ptr<ZcDbEntity> DxfEntityParser::build()
         reference->setScaleFactors({ m_r41, m_r42, m_r43 });
         reference->setRotation(radians(m_a50));
         entity = std::move(reference);
-    } else if (!m_xdataGroups.empty()) {
-        entity
-            = std::make_unique<ZcDbProxyEntity>(QString::fromLatin1(m_type.data(), qsizetype(m_type.size())));
     } else {
-        return nullptr;
+        auto proxy
+            = std::make_unique<ZcDbProxyEntity>(QString::fromLatin1(m_type.data(), qsizetype(m_type.size())));
+        proxy->setDxfGroups(std::move(m_groups));
+        m_groups.clear();
+        entity = std::move(proxy);
     }
     applyCommon(*entity);
     return entity;

@@ -4,6 +4,7 @@
 #include "DxfGroupReader.h"
 #include "DxfXDataPool.h"
 #include "ZcDbPolyline.h"
+#include "ZcDbProxyEntity.h"
 #include "ZcDbXData.h"
 #include "ZcGePoint3d.h"
 
@@ -92,6 +93,7 @@ public:
 
 private:
     void take(const DxfGroup& group);
+    void keep(const DxfGroup& group, bool binary);
     void takeXData(const DxfGroup& group);
     std::shared_ptr<const std::vector<ZcDbXDataApp>> makeXData();
     void applyCommon(ZcDbEntity& entity);
@@ -133,4 +135,7 @@ private:
     // their bytes as the key under which equal lists are shared.
     std::vector<DxfGroup> m_xdataGroups;
     std::string m_xdataKey;
+    // An entity of a kind without its own class keeps all its groups.
+    bool m_keepGroups = false;
+    std::vector<ZcDbProxyEntity::Group> m_groups;
 };
