@@ -205,6 +205,7 @@ void DisplayListBuilder::BuildRange(
     m_codeLooks.clear();
     m_codeTexts.clear();
     m_layers.clear();
+    m_layerLineTypes.clear();
     m_lastLayer = {};
     m_lastCode = {};
     m_list = &list;
@@ -303,6 +304,22 @@ void DisplayListBuilder::TakeLineType(
 {
     if (!database)
         return;
+    const auto usable = [](const ZcDbLineType* lineType) {
+        return lineType && lineType->pattern.size() >= 2 && lineType->patternLength() > 0 ? lineType
+                                                                                          : nullptr;
+    };
+    // Most entities are drawn by layer at scale 1: their layer's line type is
+    // looked up once a build.
+    if (entity.lineStyleIndex() == 0) {
+        const ZcDbLayerTableRecord* layer = EffectiveLayer(entity, database, place);
+        auto it = m_layerLineTypes.constFind(layer);
+        if (it == m_layerLineTypes.cend())
+            it = m_layerLineTypes.insert(
+                layer, layer ? usable(database->lineType(layer->linetype)) : nullptr);
+        look.drawingLineType = *it;
+        look.patternScale = database->lineTypeScale();
+        return;
+    }
     const ZcDbLineStyle& style = database->lineStyle(entity.lineStyleIndex());
     QString name = style.lineType;
     double scale = style.scale;
@@ -313,8 +330,8 @@ void DisplayListBuilder::TakeLineType(
         const ZcDbLayerTableRecord* layer = EffectiveLayer(entity, database, place);
         name = layer ? layer->linetype : QString();
     }
-    const ZcDbLineType* lineType = name.isEmpty() ? nullptr : database->lineType(name);
-    if (!lineType || lineType->pattern.size() < 2 || lineType->patternLength() <= 0)
+    const ZcDbLineType* lineType = usable(name.isEmpty() ? nullptr : database->lineType(name));
+    if (!lineType)
         return;
     look.drawingLineType = lineType;
     look.patternScale = scale * database->lineTypeScale();

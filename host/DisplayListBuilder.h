@@ -175,4 +175,6 @@ private:
     mutable std::vector<QPointF> m_shapePoints;
     mutable DisplayList* m_list = nullptr; // the list being built
     mutable std::map<QString, int> m_notShown;
+    // The line type of each layer met, for the many entities drawn by layer.
+    mutable QHash<const ZcDbLayerTableRecord*, const ZcDbLineType*> m_layerLineTypes;
 };
