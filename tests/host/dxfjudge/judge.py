@@ -292,20 +292,25 @@ def main():
     parser.add_argument("--dump", required=True)
     parser.add_argument("--work", required=True)
     parser.add_argument("--only", nargs="*")
-    parser.add_argument("--binary", action="store_true")
+    parser.add_argument("--formats", default="asc,bin", help="asc, bin or both (asc,bin)")
     args = parser.parse_args()
     os.makedirs(args.work, exist_ok=True)
     failed = 0
-    kinds = args.only or list(drawings.KINDS) + ["stray_group"]
-    for kind in kinds:
-        path = os.path.join(args.work, kind + ".dxf")
+    runs = []
+    for fmt in args.formats.split(","):
+        for kind in args.only or list(drawings.KINDS) + ["stray_group"]:
+            if not (kind == "stray_group" and fmt == "bin"):
+                runs.append((kind, fmt))
+    for kind, fmt in runs:
+        name = kind + ("-bin" if fmt == "bin" else "")
+        path = os.path.join(args.work, name + ".dxf")
         if kind == "stray_group":
             stray_group_drawing(path)
         else:
-            drawings.make(kind, path, binary=args.binary)
-        mine, data = ours(args.dump, path, os.path.join(args.work, kind + ".json"))
+            drawings.make(kind, path, binary=fmt == "bin")
+        mine, data = ours(args.dump, path, os.path.join(args.work, name + ".json"))
         if mine is None:
-            print("%-24s FAIL qvhost cannot read it: %s" % (kind, data))
+            print("%-28s FAIL qvhost cannot read it: %s" % (name, data))
             failed += 1
             continue
         problems = compare(judge_drawing(path), mine)
@@ -313,11 +318,11 @@ def main():
             problems.append("qvhost says %s" % data["summary"])
         if kind == "stray_group" and not data.get("readNotes"):
             problems.append("the stray group was passed over without a note")
-        print("%-24s %s" % (kind, "ok" if not problems else "FAIL"))
+        print("%-28s %s" % (name, "ok" if not problems else "FAIL"))
         for problem in problems[:6]:
             print("    " + problem)
         failed += bool(problems)
-    print("%d of %d drawings differ" % (failed, len(kinds)))
+    print("%d of %d drawings differ" % (failed, len(runs)))
     return 1 if failed else 0
 
 
