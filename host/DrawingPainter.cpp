@@ -81,14 +81,27 @@ void DrawingPainter::PaintFill(std::span<const QPointF> points, const QColor& co
     QPainterPath path;
     path.setFillRule(Qt::OddEvenFill);
     QPolygonF ring;
+    QRectF covered;
     for (const QPointF& point : points) {
         if (std::isfinite(point.x())) {
             ring.append(ToScreen(point));
             continue;
         }
+        covered |= ring.boundingRect();
         path.addPolygon(ring);
         path.closeSubpath();
         ring.clear();
+    }
+    // An area off the view is not filled; one smaller than a pixel is a dot.
+    if (!covered.intersects(QRectF(QPointF(-1, -1), QSizeF(m_size.width() + 2, m_size.height() + 2))))
+        return;
+    if (covered.width() < 1 && covered.height() < 1) {
+        const QPointF centre = covered.center();
+        if (TakePixel(int(std::floor(centre.x())), int(std::floor(centre.y())))) {
+            UsePen(color.rgba(), 0);
+            m_painter.drawPoint(QPointF(std::floor(centre.x()), std::floor(centre.y())));
+        }
+        return;
     }
     m_painter.save();
     m_painter.setPen(Qt::NoPen);
