@@ -376,8 +376,13 @@ void DisplayListBuilder::AddEntity(const ZcDbEntity& entity, const Place& place,
     const Look look = LookOf(entity, database, place);
     const bool top = place.depth == 0;
     if (const QvKsEntity* product = QvKsEntity::cast(&entity)) {
-        if (product->shape() && !(top && AddDrawnShape(*product->shape(), look, id, list)))
-            AddShape(*product->shape(), look, place, list);
+        const ZcDbEntity* shape = product->shape();
+        if (const ZcDbProxyEntity* proxy = ZcDbProxyEntity::cast(shape)) {
+            if (!AddProxy(*proxy, look, place, database, list))
+                CountNotShown(proxy->originalDxfName().toUpper());
+        } else if (shape && !(top && AddDrawnShape(*shape, look, id, list))) {
+            AddShape(*shape, look, place, list);
+        }
         return;
     }
     if (const ZcDbBlockReference* reference = ZcDbBlockReference::cast(&entity)) {
@@ -460,9 +465,7 @@ void DisplayListBuilder::AddBlock(ZcDbObjectId blockId, const ZcGeMatrix3d& toWo
         }
     }
     const quint32 serial = blockId.databaseSerial();
-    const std::vector<quint32> indexes = block->entityIndexes();
-    block->close();
-    for (const quint32 index : indexes) {
+    for (const quint32 index : block->entityIndexes()) {
         ZcDbEntity* entity = nullptr;
         if (zcdbOpenObject(entity, ZcDbObjectId(serial, index), ZcDb::kForRead) != Zcad::eOk)
             continue;
@@ -471,6 +474,7 @@ void DisplayListBuilder::AddBlock(ZcDbObjectId blockId, const ZcGeMatrix3d& toWo
             AddEntity(*entity, inner, database, ZcDbObjectId::kNull, list);
         entity->close();
     }
+    block->close();
 }
 
 bool DisplayListBuilder::AddDrawnShape(
