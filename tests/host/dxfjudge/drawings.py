@@ -149,9 +149,14 @@ def minsert(doc, msp):
 
 
 def linetypes(doc, msp):
-    for k, name in enumerate(["DASHED", "CENTER", "HIDDEN", "DASHDOT"]):
-        msp.add_line((0, k * 200), (3000, k * 200), dxfattribs={"linetype": name, "ltscale": 20})
-    msp.add_circle((1500, 1500), 500, dxfattribs={"linetype": "DASHED", "ltscale": 30})
+    # Patterns at the drawing's scale times each line's own.
+    doc.header["$LTSCALE"] = 2.0
+    doc.linetypes.add("HIDDEN", [0.375, 0.25, -0.125], description="Hidden __ __ __")
+    doc.layers.add("CENTRELINES", linetype="CENTER")
+    for k, name in enumerate(["DASHED", "CENTER", "HIDDEN", "DASHDOT", "DOT", "PHANTOM"]):
+        msp.add_line((0, k * 200), (3000, k * 200), dxfattribs={"linetype": name, "ltscale": 200})
+    msp.add_line((0, 1400), (3000, 1400), dxfattribs={"layer": "CENTRELINES", "ltscale": 150})
+    msp.add_arc((1500, 2500), 500, 30, 300, dxfattribs={"linetype": "DASHED", "ltscale": 150})
 
 
 def polyline_width(doc, msp):
