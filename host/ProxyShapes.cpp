@@ -402,7 +402,9 @@ ProxyShapes ProxyShapeReader::Read(const ZcDbProxyEntity& proxy, double arrowSiz
 {
     ProxyShapes shapes;
     const QString kind = proxy.originalDxfName().toUpper();
-    const std::span<const Group> groups = proxy.dxfGroups();
+    // Unpacked afresh: a drawing is built on two threads at once.
+    const std::vector<Group> unpacked = proxy.unpackedDxfGroups();
+    const std::span<const Group> groups = unpacked;
     shapes.understood = true;
     if (kind == u"ELLIPSE")
         ReadEllipse(groups, shapes);

@@ -308,17 +308,22 @@ void DxfEntityParser::take(const DxfGroup& g)
 
 void DxfEntityParser::keep(const DxfGroup& g, bool binary)
 {
-    QString value;
     if (g.binaryNumber) {
         // A number of a binary drawing is either a real or an integer; the other is 0.
-        value = g.real != 0.0 ? QString::number(g.real, 'g', 17) : QString::number(g.integer);
+        const QByteArray number
+            = g.real != 0.0 ? QByteArray::number(g.real, 'g', 17) : QByteArray::number(g.integer);
+        ZcDbProxyEntity::appendPacked(m_groups, g.code, number);
     } else if (binary && ((g.code >= 310 && g.code <= 319) || g.code == 1004)) {
         // Binary chunks as the hexadecimal digits a text drawing holds.
-        value = QString::fromLatin1(QByteArray(g.text.data(), qsizetype(g.text.size())).toHex().toUpper());
+        ZcDbProxyEntity::appendPacked(
+            m_groups, g.code, QByteArray(g.text.data(), qsizetype(g.text.size())).toHex().toUpper());
+    } else if (std::all_of(g.text.begin(), g.text.end(), [](char c) { return quint8(c) < 0x80; })) {
+        // Numbers and names are plain ASCII, the same in UTF-8.
+        ZcDbProxyEntity::appendPacked(
+            m_groups, g.code, QByteArrayView(g.text.data(), qsizetype(g.text.size())));
     } else {
-        value = m_strings.decode(g.text);
+        ZcDbProxyEntity::appendPacked(m_groups, g.code, m_strings.decode(g.text).toUtf8());
     }
-    m_groups.push_back({ g.code, std::move(value) });
 }
 
 void DxfEntityParser::takeXData(const DxfGroup& g)
@@ -381,8 +386,9 @@ QString DxfEntityParser::lineTypeName() const
 
 void DxfEntityParser::appendGroupsFrom(const DxfEntityParser& part)
 {
-    m_groups.push_back({ 0, QString::fromLatin1(part.m_type.data(), qsizetype(part.m_type.size())) });
-    m_groups.insert(m_groups.end(), part.m_groups.begin(), part.m_groups.end());
+    ZcDbProxyEntity::appendPacked(
+        m_groups, 0, QByteArrayView(part.m_type.data(), qsizetype(part.m_type.size())));
+    m_groups.append(part.m_groups);
 }
 
 QString DxfEntityParser::blockName() const
@@ -500,7 +506,7 @@ std::unique_ptr<ZcDbEntity> DxfEntityParser::build()
     } else {
         auto proxy
             = std::make_unique<ZcDbProxyEntity>(QString::fromLatin1(m_type.data(), qsizetype(m_type.size())));
-        proxy->setDxfGroups(std::move(m_groups));
+        proxy->setPackedDxfGroups(std::move(m_groups));
         m_groups.clear();
         entity = std::move(proxy);
     }

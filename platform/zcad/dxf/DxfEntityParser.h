@@ -157,5 +157,6 @@ public:
     void keepAllGroups() { m_keepGroups = true; }
 
 private:
-    std::vector<ZcDbProxyEntity::Group> m_groups;
+    // Packed as ZcDbProxyEntity keeps them.
+    QByteArray m_groups;
 };
