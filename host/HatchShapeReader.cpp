@@ -8,8 +8,8 @@ namespace {
 using DrawingGeometry::Points3;
 using Group = ZcDbProxyEntity::Group;
 constexpr double kPi = std::numbers::pi;
-// Pattern lines drawn at most for one hatch: a pattern too fine for its area is
-// left out (the boundary still shows).
+// Pattern lines drawn at most for one hatch: a pattern too fine for its area shows
+// as its boundaries instead.
 constexpr long kMaxPatternLines = 4000;
 
 double Number(const Group& g)
@@ -235,7 +235,8 @@ void AddDashed(ProxyShapes& shapes, const PatternLine& line, double ox, double o
         }
 }
 
-void Pattern(
+// False when the pattern is too fine for the area to draw.
+bool Pattern(
     ProxyShapes& shapes, const std::vector<Points3>& rings, const std::vector<PatternLine>& lines, double z)
 {
     double left = 1e300, right = -1e300, bottom = 1e300, top = -1e300;
@@ -247,7 +248,7 @@ void Pattern(
             top = std::max(top, p.y);
         }
     if (left > right)
-        return;
+        return true;
     long drawn = 0;
     for (const PatternLine& line : lines) {
         const double dx = std::cos(line.angle);
@@ -266,7 +267,7 @@ void Pattern(
         const long first = long(std::floor(low));
         const long last = long(std::ceil(high));
         if (last - first + drawn > kMaxPatternLines)
-            return;
+            return false;
         for (long k = first; k <= last; ++k, ++drawn) {
             const double ox = line.baseX + line.offsetX * double(k);
             const double oy = line.baseY + line.offsetY * double(k);
@@ -275,6 +276,7 @@ void Pattern(
                 AddDashed(shapes, line, ox, oy, dx, dy, at[i], at[i + 1], z);
         }
     }
+    return true;
 }
 } // namespace
 
@@ -335,10 +337,18 @@ void HatchShapeReader::Read(std::span<const ZcDbProxyEntity::Group> groups, Prox
     if (rings.empty())
         return;
     ProxyShapes own;
-    if (solid || gradient)
+    if (solid || gradient) {
         own.fills.push_back(rings);
-    else
-        Pattern(own, rings, lines, elevation);
+    } else if (!Pattern(own, rings, lines, elevation)) {
+        // Too fine a pattern shows as its boundaries.
+        own.paths.clear();
+        own.points.clear();
+        for (const Points3& ring : rings) {
+            Points3 closed = ring;
+            closed.push_back(ring.front());
+            own.paths.push_back(std::move(closed));
+        }
+    }
     // Boundary coordinates are the hatch's own, about its extrusion direction.
     const ZcGeMatrix3d ocs
         = DrawingGeometry::ObjectToWorld(normal.length() > 0 ? normal : ZcGeVector3d(0, 0, 1));

@@ -54,6 +54,13 @@ TEST(ProxyShapes, HatchPatternLinesStayInsideTheBoundaryAndOutOfItsHoles)
         EXPECT_TRUE(mid.x > -1e-6 && mid.x < 100 + 1e-6 && mid.y > -1e-6 && mid.y < 100 + 1e-6);
         EXPECT_FALSE(mid.x > 30.5 && mid.x < 69.5 && mid.y > 30.5 && mid.y < 69.5) << mid.x << "," << mid.y;
     }
+    // A pattern too fine for its area shows as the boundaries.
+    const ZcDbProxyEntity fine = Proxy(QStringLiteral("HATCH"),
+        QStringLiteral("70\n0\n91\n2\n") + Square(0, 0, 100) + Square(30, 30, 40)
+            + QStringLiteral("78\n1\n53\n0\n43\n0\n44\n0\n45\n0\n46\n0.01\n79\n0\n"));
+    const ProxyShapes outline = ProxyShapeReader::Read(fine);
+    ASSERT_EQ(outline.paths.size(), 2u);
+    EXPECT_EQ(outline.paths[0].size(), 5u);
     // Solid, the same boundary is one area of two rings.
     const ZcDbProxyEntity solid = Proxy(QStringLiteral("HATCH"),
         QStringLiteral("70\n1\n91\n2\n") + Square(0, 0, 100) + Square(30, 30, 40)
