@@ -345,7 +345,8 @@ void HatchShapeReader::Read(std::span<const ZcDbProxyEntity::Group> groups, Prox
         own.points.clear();
         for (const Points3& ring : rings) {
             Points3 closed = ring;
-            closed.push_back(ring.front());
+            if (!(ring.back() == ring.front()))
+                closed.push_back(ring.front());
             own.paths.push_back(std::move(closed));
         }
     }
