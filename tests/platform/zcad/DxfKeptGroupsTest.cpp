@@ -94,7 +94,7 @@ TEST(DxfKeptGroups, UnknownKindsKeepEveryGroupInOrderWithOrWithoutExtendedData)
 
 TEST(DxfKeptGroups, BinaryDrawingNumbersAndChunksBecomeTheirTextForm)
 {
-    QByteArray bytes("AutoCAD Binary DXF\r\n\x1a", 21);
+    QByteArray bytes("Drawing Binary DXF\r\n\x1a", 21);
     bytes.append('\0');
     auto code = [&](qint16 c) { bytes.append(reinterpret_cast<const char*>(&c), 2); };
     auto str = [&](qint16 c, const char* s) {
