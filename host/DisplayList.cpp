@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <iterator>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -43,13 +45,6 @@ bool SegmentTouches(const QPointF& a, const QPointF& b, const QRectF& box)
     return false;
 }
 
-// The box a text is taken to fill: its height, and nine tenths of it per character.
-QRectF TextBox(const DisplayText& text)
-{
-    const double width = text.height * 0.9 * double(std::max<qsizetype>(1, text.text.size()));
-    return QRectF(text.at.x(), text.at.y(), width, text.height).normalized();
-}
-
 QRectF PointsBox(std::span<const QPointF> points)
 {
     double left = points.front().x();
@@ -57,12 +52,21 @@ QRectF PointsBox(std::span<const QPointF> points)
     double top = points.front().y();
     double bottom = top;
     for (const QPointF& p : points.subspan(1)) {
+        if (!std::isfinite(p.x()))
+            continue;
         left = std::min(left, p.x());
         right = std::max(right, p.x());
         top = std::min(top, p.y());
         bottom = std::max(bottom, p.y());
     }
     return QRectF(QPointF(left, top), QPointF(right, bottom));
+}
+
+// The box the characters of a text fill.
+QRectF TextBox(const DisplayText& text)
+{
+    const auto corners = text.Corners();
+    return PointsBox(corners);
 }
 
 QRectF PrimitiveBox(const DisplayPrimitive& primitive)
@@ -77,12 +81,27 @@ bool PrimitiveTouches(const DisplayPrimitive& primitive, const QRectF& box)
     const std::span<const QPointF> p = primitive.points;
     if (p.size() == 1 && Encloses(box, QRectF(p[0], p[0])))
         return true;
+    if (primitive.kind == DisplayItem::Fill)
+        return Overlaps(PointsBox(p), box);
     for (std::size_t k = 0; k + 1 < p.size(); ++k)
         if (SegmentTouches(p[k], p[k + 1], box))
             return true;
     return primitive.closed && p.size() > 2 && SegmentTouches(p.back(), p.front(), box);
 }
 } // namespace
+
+std::array<QPointF, 4> DisplayText::Corners() const
+{
+    const QPointF along = xAxis * std::max(advance, 0.0);
+    return { at, at + along, at + along + yAxis, at + yAxis };
+}
+
+DisplayText DisplayText::Upright(
+    const QPointF& at, const QString& text, double height, double rotation, double advance)
+{
+    const QPointF x(std::cos(rotation) * height, std::sin(rotation) * height);
+    return { at, text, height, rotation, x, QPointF(-x.y(), x.x()), advance };
+}
 
 void DisplayList::Clear()
 {
@@ -165,17 +184,46 @@ void DisplayList::AddPath(std::span<const QPointF> points, bool closed, const Di
     }
 }
 
+void DisplayList::AddFill(std::span<const std::vector<QPointF>> rings, QRgb color)
+{
+    DisplayItem item;
+    item.kind = DisplayItem::Fill;
+    item.first = quint32(m_points.size());
+    item.look = LookIndex({ color, 0.0f });
+    item.closed = true;
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    for (const std::vector<QPointF>& ring : rings) {
+        if (ring.size() < 3)
+            continue;
+        for (const QPointF& point : ring) {
+            m_points.push_back(point);
+            Cover(point);
+        }
+        m_points.push_back(QPointF(none, none));
+    }
+    item.count = quint32(m_points.size() - item.first);
+    if (item.count > 0)
+        m_items.push_back(item);
+}
+
 void DisplayList::AddText(const QPointF& at, const QString& text, double height, double rotation, QRgb color)
+{
+    // Nine tenths of the height per character.
+    AddText(
+        DisplayText::Upright(at, text, height, rotation, 0.9 * double(std::max<qsizetype>(1, text.size()))),
+        color);
+}
+
+void DisplayList::AddText(const DisplayText& text, QRgb color)
 {
     DisplayItem item;
     item.kind = DisplayItem::Text;
     item.first = quint32(m_texts.size());
     item.look = LookIndex({ color, 0.0f });
-    m_texts.push_back({ at, text, height, rotation });
+    m_texts.push_back(text);
     m_items.push_back(item);
-    const QRectF box = TextBox(m_texts.back());
-    Cover(box.topLeft());
-    Cover(box.bottomRight());
+    for (const QPointF& corner : text.Corners())
+        Cover(corner);
 }
 
 void DisplayList::EndEntity(ZcDbObjectId id)
@@ -257,7 +305,7 @@ DisplayPrimitive DisplayList::ItemPrimitive(const DisplayItem& item) const
         const DisplayText& text = m_texts[item.first];
         return { DisplayItem::Text, { &text.at, 1 }, false, m_looks[item.look], &text };
     }
-    return { DisplayItem::Path, { m_points.data() + item.first, item.count }, item.closed, m_looks[item.look],
+    return { item.kind, { m_points.data() + item.first, item.count }, item.closed, m_looks[item.look],
         nullptr };
 }
 

@@ -18,6 +18,7 @@
 #include <QRgb>
 #include <QString>
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -31,10 +32,12 @@ struct DisplayLook
 
 struct DisplayItem
 {
-    enum Kind : quint8 { Path, Text };
+    // Fill: an area, its rings one after the other, each ended by a point whose
+    // coordinates are not numbers; a point inside an odd number of rings is inside.
+    enum Kind : quint8 { Path, Text, Fill };
 
-    quint32 first = 0; // Path: its first point; Text: its text, which holds its point
-    quint32 count = 0; // Path: its points
+    quint32 first = 0; // Path, Fill: its first point; Text: its text, which holds its point
+    quint32 count = 0; // Path, Fill: its points
     quint32 look = 0;
     Kind kind = Path;
     bool closed = false;
@@ -47,6 +50,18 @@ struct DisplayText
     QString text;
     double height = 0.0; // drawing units
     double rotation = 0.0; // radians, counter-clockwise
+    // The text's own frame, in units of its height: the drawing vectors of one
+    // height along the baseline (width factor and mirroring in it) and upwards
+    // (slant in it), and how many heights the characters advance.
+    QPointF xAxis;
+    QPointF yAxis;
+    double advance = 0.0;
+
+    // The corners of the box the characters fill, from the baseline start round.
+    std::array<QPointF, 4> Corners() const;
+    // A text of `height` turned by `rotation`, advancing `advance` heights.
+    static DisplayText Upright(
+        const QPointF& at, const QString& text, double height, double rotation, double advance);
 };
 
 struct DisplayEntity
@@ -84,7 +99,10 @@ public:
     // The place of `look` among the list's looks, taken in when new.
     quint32 LookIndex(const DisplayLook& look);
     void AddPath(std::span<const QPointF> points, bool closed, const DisplayLook& look);
+    // An area of one or more rings (each closed by itself).
+    void AddFill(std::span<const std::vector<QPointF>> rings, QRgb color);
     void AddText(const QPointF& at, const QString& text, double height, double rotation, QRgb color);
+    void AddText(const DisplayText& text, QRgb color);
     // Marks the items added since the last call as the entity `id`'s; an entity
     // without items is not kept.
     void EndEntity(ZcDbObjectId id);

@@ -1,6 +1,8 @@
 #include "DrawingPainter.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
+#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
@@ -49,16 +51,62 @@ void DrawingPainter::PaintText(const DisplayText& text, const QColor& color)
     const double pixels = text.height * m_scale;
     if (pixels < kMinTextPixels || pixels > kMaxTextPixels || text.text.isEmpty())
         return;
+    // The characters are drawn in a font of a fixed size, stretched into the
+    // text's own frame: one height along its baseline, one up (y down on screen).
+    constexpr int kFontPixels = 64;
     QFont font = m_painter.font();
-    font.setPixelSize(std::max(1, int(std::lround(pixels))));
+    font.setPixelSize(kFontPixels);
+    const double natural = QFontMetricsF(font).horizontalAdvance(text.text);
+    if (natural <= 0)
+        return;
+    const double along = text.advance > 0 ? text.advance / natural : 1.0 / kFontPixels;
+    // Capitals fill about seven tenths of a font's pixel size.
+    const double up = 1.0 / (0.7 * kFontPixels);
+    const QTransform glyphs(along, 0, 0, -up, 0, 0);
+    const QTransform frame(
+        text.xAxis.x(), text.xAxis.y(), text.yAxis.x(), text.yAxis.y(), text.at.x(), text.at.y());
+    const QTransform screen(m_scale, 0, 0, -m_scale, m_size.width() / 2.0 - m_centre.x() * m_scale,
+        m_size.height() / 2.0 + m_centre.y() * m_scale);
     m_painter.save();
     m_painter.setFont(font);
     m_painter.setPen(color);
-    m_painter.translate(ToScreen(text.at));
-    m_painter.rotate(-text.rotation * 180.0 / 3.14159265358979323846);
+    m_painter.setTransform(glyphs * frame * screen, true);
     m_painter.drawText(QPointF(0, 0), text.text);
     m_painter.restore();
     // restore() gave back the pen in use before, so the pen kept in mind still holds.
+}
+
+void DrawingPainter::PaintFill(std::span<const QPointF> points, const QColor& color)
+{
+    QPainterPath path;
+    path.setFillRule(Qt::OddEvenFill);
+    QPolygonF ring;
+    QRectF covered;
+    for (const QPointF& point : points) {
+        if (std::isfinite(point.x())) {
+            ring.append(ToScreen(point));
+            continue;
+        }
+        covered |= ring.boundingRect();
+        path.addPolygon(ring);
+        path.closeSubpath();
+        ring.clear();
+    }
+    // An area off the view is not filled; one smaller than a pixel is a dot.
+    if (!covered.intersects(QRectF(QPointF(-1, -1), QSizeF(m_size.width() + 2, m_size.height() + 2))))
+        return;
+    if (covered.width() < 1 && covered.height() < 1) {
+        const QPointF centre = covered.center();
+        if (TakePixel(int(std::floor(centre.x())), int(std::floor(centre.y())))) {
+            UsePen(color.rgba(), 0);
+            m_painter.drawPoint(QPointF(std::floor(centre.x()), std::floor(centre.y())));
+        }
+        return;
+    }
+    m_painter.save();
+    m_painter.setPen(Qt::NoPen);
+    m_painter.fillPath(path, color);
+    m_painter.restore();
 }
 
 void DrawingPainter::Paint(const DisplayPrimitive& primitive, const QColor* highlight)
@@ -66,6 +114,10 @@ void DrawingPainter::Paint(const DisplayPrimitive& primitive, const QColor* high
     const QRgb color = highlight ? highlight->rgba() : primitive.look.color;
     if (primitive.kind == DisplayItem::Text) {
         PaintText(*primitive.text, QColor::fromRgba(color));
+        return;
+    }
+    if (primitive.kind == DisplayItem::Fill) {
+        PaintFill(primitive.points, QColor::fromRgba(color));
         return;
     }
     const double width

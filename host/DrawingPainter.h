@@ -12,6 +12,7 @@
 #include <QPolygonF>
 #include <QSize>
 
+#include <span>
 #include <vector>
 
 class QPainter;
@@ -31,6 +32,7 @@ public:
 private:
     QPointF ToScreen(const QPointF& world) const;
     void PaintText(const DisplayText& text, const QColor& color);
+    void PaintFill(std::span<const QPointF> points, const QColor& color);
     void UsePen(QRgb color, double width);
     // Marks the pixel; false when it was marked already or lies off the view.
     bool TakePixel(int x, int y);

@@ -14,6 +14,7 @@
 #include "QvKsCodeStyles.h"
 #include "QvKsSysCodeBar.h"
 #include "ZcApDocManager.h"
+#include "ZcDbDatabase.h"
 #include "ZcEdCommandStack.h"
 #include "ZcEdSelection.h"
 #include "ZcUtPrintf.h"
@@ -162,12 +163,24 @@ void HostWindow::ShowDrawing()
 {
     Regen();
     m_view->ZoomExtents();
+    // What the drawing holds but the view cannot show, and what its reader passed
+    // over, is said once a drawing.
+    const ZcDbDatabase* drawing = m_session.Database();
+    if (!drawing || drawing->serial() == m_announcedDrawing)
+        return;
+    m_announcedDrawing = drawing->serial();
+    for (const QString& note : drawing->readNotes())
+        zcutPrintf(QStringLiteral("\n读图时跳过: %1").arg(note));
+    if (!m_notShown.isEmpty())
+        zcutPrintf(u'\n' + m_notShown);
 }
 
 void HostWindow::Regen()
 {
     ++m_regens;
-    MakeBuilder().Build(m_session.Database(), m_view->List());
+    const DisplayListBuilder builder = MakeBuilder();
+    builder.Build(m_session.Database(), m_view->List());
+    m_notShown = builder.NotShownSummary();
     Regenerated();
 }
 

@@ -81,4 +81,7 @@ private:
     bool m_awaitFloor = false;
     bool m_quit = false;
     int m_regens = 0;
+    // What the last regeneration could not draw, and the drawing last told about.
+    QString m_notShown;
+    quint32 m_announcedDrawing = 0;
 };

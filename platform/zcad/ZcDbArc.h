@@ -18,6 +18,9 @@ public:
 
     ZcGePoint3d center() const { return m_center; }
     void setCenter(const ZcGePoint3d& center) { m_center = center; }
+    // The extrusion direction: the z axis of the entity's own coordinate system.
+    ZcGeVector3d normal() const { return m_normal; }
+    void setNormal(const ZcGeVector3d& normal) { m_normal = normal; }
     double radius() const { return m_radius; }
     void setRadius(double radius) { m_radius = radius; }
     double startAngle() const { return m_startAngle; }
@@ -33,4 +36,5 @@ private:
     double m_radius = 0.0;
     double m_startAngle = 0.0;
     double m_endAngle = 0.0;
+    ZcGeVector3d m_normal { 0.0, 0.0, 1.0 };
 };

@@ -12,6 +12,11 @@ ZcDbBlockReference::ZcDbBlockReference(const ZcDbBlockReference& other)
     , m_position(other.m_position)
     , m_scale(other.m_scale)
     , m_rotation(other.m_rotation)
+    , m_normal(other.m_normal)
+    , m_columnSpacing(other.m_columnSpacing)
+    , m_rowSpacing(other.m_rowSpacing)
+    , m_columns(other.m_columns)
+    , m_rows(other.m_rows)
     , m_block(other.m_block)
 {
     // A copy owns copies of every attribute, whether the original's were in a

@@ -29,6 +29,22 @@ public:
     void setScaleFactors(const ZcGeVector3d& scale) { m_scale = scale; }
     double rotation() const { return m_rotation; }
     void setRotation(double radians) { m_rotation = radians; }
+    // The extrusion direction: the z axis of the entity's own coordinate system.
+    ZcGeVector3d normal() const { return m_normal; }
+    void setNormal(const ZcGeVector3d& normal) { m_normal = normal; }
+    // A block placed as a grid (columns along the reference's x axis, rows along
+    // its y axis, spacing in block units before scaling); 1 by 1 for one copy.
+    int columns() const { return m_columns; }
+    int rows() const { return m_rows; }
+    double columnSpacing() const { return m_columnSpacing; }
+    double rowSpacing() const { return m_rowSpacing; }
+    void setGrid(int columns, int rows, double columnSpacing, double rowSpacing)
+    {
+        m_columns = columns;
+        m_rows = rows;
+        m_columnSpacing = columnSpacing;
+        m_rowSpacing = rowSpacing;
+    }
     // From block coordinates (relative to the block's base point) to the world.
     ZcGeMatrix3d blockTransform() const;
 
@@ -57,6 +73,11 @@ private:
     ZcGePoint3d m_position;
     ZcGeVector3d m_scale { 1.0, 1.0, 1.0 };
     double m_rotation = 0.0;
+    ZcGeVector3d m_normal { 0.0, 0.0, 1.0 };
+    double m_columnSpacing = 0.0;
+    double m_rowSpacing = 0.0;
+    int m_columns = 1;
+    int m_rows = 1;
     ZcDbObjectId m_block;
     std::vector<quint32> m_attributeIndexes;
     std::vector<ZcDbAttribute*> m_ownedAttributes;

@@ -17,6 +17,9 @@ public:
     void setCenter(const ZcGePoint3d& center) { m_center = center; }
     double radius() const { return m_radius; }
     void setRadius(double radius) { m_radius = radius; }
+    // The extrusion direction: the z axis of the entity's own coordinate system.
+    ZcGeVector3d normal() const { return m_normal; }
+    void setNormal(const ZcGeVector3d& normal) { m_normal = normal; }
 
     Zcad::ErrorStatus transformBy(const ZcGeMatrix3d& transform) override;
     Zcad::ErrorStatus getGeomExtents(ZcDbExtents& extents) const override;
@@ -24,4 +27,5 @@ public:
 private:
     ZcGePoint3d m_center;
     double m_radius = 0.0;
+    ZcGeVector3d m_normal { 0.0, 0.0, 1.0 };
 };

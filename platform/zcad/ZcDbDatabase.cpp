@@ -28,6 +28,10 @@ struct ZcDbDatabase::Content
     }();
     quint32 blockTable = 0;
     std::vector<ZcDbLayerTableRecord> layers;
+    std::vector<ZcDbLineType> lineTypes;
+    std::vector<ZcDbLineStyle> lineStyles { ZcDbLineStyle { QStringLiteral("BYLAYER"), 1.0 } };
+    double lineTypeScale = 1.0;
+    QStringList readNotes;
     QStringList apps;
     QString fileName;
     QString version = QStringLiteral("AC1032");
@@ -210,6 +214,54 @@ void ZcDbDatabase::setLayer(const ZcDbLayerTableRecord& layer)
     m_content->layers.push_back(layer);
 }
 
+const ZcDbLineType* ZcDbDatabase::lineType(const QString& name) const
+{
+    for (const ZcDbLineType& lineType : m_content->lineTypes)
+        if (lineType.name.compare(name, Qt::CaseInsensitive) == 0)
+            return &lineType;
+    return nullptr;
+}
+
+void ZcDbDatabase::setLineType(const ZcDbLineType& lineType)
+{
+    for (ZcDbLineType& existing : m_content->lineTypes)
+        if (existing.name.compare(lineType.name, Qt::CaseInsensitive) == 0) {
+            existing = lineType;
+            return;
+        }
+    m_content->lineTypes.push_back(lineType);
+}
+
+const ZcDbLineStyle& ZcDbDatabase::lineStyle(quint16 index) const
+{
+    const auto& styles = m_content->lineStyles;
+    return index < styles.size() ? styles[index] : styles.front();
+}
+
+quint16 ZcDbDatabase::lineStyleIndex(const ZcDbLineStyle& style)
+{
+    // A drawing uses a handful of line types and scales: a plain search will do.
+    auto& styles = m_content->lineStyles;
+    for (size_t i = 0; i < styles.size(); ++i)
+        if (styles[i].scale == style.scale
+            && styles[i].lineType.compare(style.lineType, Qt::CaseInsensitive) == 0)
+            return quint16(i);
+    if (styles.size() > 0xFFFF)
+        return 0;
+    styles.push_back(style);
+    return quint16(styles.size() - 1);
+}
+
+double ZcDbDatabase::lineTypeScale() const
+{
+    return m_content->lineTypeScale;
+}
+
+void ZcDbDatabase::setLineTypeScale(double scale)
+{
+    m_content->lineTypeScale = scale;
+}
+
 QStringList ZcDbDatabase::registeredApps() const
 {
     return m_content->apps;
@@ -219,6 +271,16 @@ void ZcDbDatabase::addRegisteredApp(const QString& appName)
 {
     if (!m_content->apps.contains(appName, Qt::CaseInsensitive))
         m_content->apps.append(appName);
+}
+
+QStringList ZcDbDatabase::readNotes() const
+{
+    return m_content->readNotes;
+}
+
+void ZcDbDatabase::addReadNote(const QString& note)
+{
+    m_content->readNotes.append(note);
 }
 
 QString ZcDbDatabase::filename() const

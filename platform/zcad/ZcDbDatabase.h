@@ -7,6 +7,7 @@
 // object by the database's serial number and the object's index, so an id of a
 // deleted database names nothing rather than freed memory.
 #include "ZcDbLayerTableRecord.h"
+#include "ZcDbLineType.h"
 #include "ZcDbObjectId.h"
 #include "ZcRxObject.h"
 #include "ZcadTypes.h"
@@ -50,6 +51,10 @@ public:
     // The same from bytes in memory.
     Zcad::ErrorStatus readDxfData(std::string_view data);
     QString readError() const { return m_readError; }
+    // What the last successful read passed over in a drawing it could still read
+    // (stray groups between sections), one line each.
+    QStringList readNotes() const;
+    void addReadNote(const QString& note);
     QString filename() const;
     // "$ACADVER" ("AC1009" … "AC1032") and "$DWGCODEPAGE" of the drawing read.
     QString dxfVersion() const;
@@ -70,6 +75,16 @@ public:
     const ZcDbLayerTableRecord* layer(const QString& name) const;
     // Adds the layer or replaces the one of the same name.
     void setLayer(const ZcDbLayerTableRecord& layer);
+    // The line types of the drawing, by name without regard to case (null for none).
+    const ZcDbLineType* lineType(const QString& name) const;
+    void setLineType(const ZcDbLineType& lineType);
+    // The line styles entities name by their index; index 0 is by layer at scale 1.
+    const ZcDbLineStyle& lineStyle(quint16 index) const;
+    // The index of `style`, added when new (0 when the table is full).
+    quint16 lineStyleIndex(const ZcDbLineStyle& style);
+    // "$LTSCALE": the scale of every line type pattern of the drawing.
+    double lineTypeScale() const;
+    void setLineTypeScale(double scale);
     QStringList registeredApps() const;
     void addRegisteredApp(const QString& appName);
 

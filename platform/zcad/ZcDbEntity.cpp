@@ -56,6 +56,7 @@ ZcDbEntity::ZcDbEntity(const ZcDbEntity& other)
     , m_layer(other.m_layer)
     , m_trueColor(other.m_trueColor)
     , m_colorIndex(other.m_colorIndex)
+    , m_lineStyle(other.m_lineStyle)
 {
     if (m_layer != defaultLayer())
         m_layer->refs.fetch_add(1, std::memory_order_relaxed);

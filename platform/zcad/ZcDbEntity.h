@@ -40,6 +40,10 @@ public:
     quint32 trueColor() const { return m_trueColor & 0xFFFFFF; }
     void setTrueColor(quint32 rgb) { m_trueColor = (rgb & 0xFFFFFF) | kHasTrueColor; }
     void clearTrueColor() { m_trueColor = 0; }
+    // The entity's line type and its scale, as a place among its database's line
+    // styles (ZcDbDatabase::lineStyle); 0 is by layer at scale 1.
+    quint16 lineStyleIndex() const { return m_lineStyle; }
+    void setLineStyleIndex(quint16 index) { m_lineStyle = index; }
 
     // The block record that holds this entity.
     ZcDbObjectId blockId() const { return ownerId(); }
@@ -74,4 +78,5 @@ private:
     LayerName* m_layer = defaultLayer();
     quint32 m_trueColor = 0;
     quint16 m_colorIndex = kZcColorByLayer;
+    quint16 m_lineStyle = 0;
 };

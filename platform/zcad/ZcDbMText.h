@@ -30,6 +30,12 @@ public:
     // DXF attachment point 1-9 (1 top left).
     int attachment() const { return m_attachment; }
     void setAttachment(int attachment) { m_attachment = attachment; }
+    // Distance between lines against the usual (1).
+    double lineSpacingFactor() const { return m_lineSpacing; }
+    void setLineSpacingFactor(double factor) { m_lineSpacing = factor; }
+    // The extrusion direction: the z axis of the entity's own coordinate system.
+    ZcGeVector3d normal() const { return m_normal; }
+    void setNormal(const ZcGeVector3d& normal) { m_normal = normal; }
 
     Zcad::ErrorStatus transformBy(const ZcGeMatrix3d& transform) override;
     Zcad::ErrorStatus getGeomExtents(ZcDbExtents& extents) const override;
@@ -40,5 +46,7 @@ private:
     double m_height = 2.5;
     double m_width = 0.0;
     double m_rotation = 0.0;
+    double m_lineSpacing = 1.0;
+    ZcGeVector3d m_normal { 0.0, 0.0, 1.0 };
     int m_attachment = 1;
 };

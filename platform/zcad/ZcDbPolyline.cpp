@@ -12,7 +12,9 @@ ZCRX_DEFINE_MEMBERS(ZcDbPolyline, ZcDbCurve)
 ZcDbPolyline::ZcDbPolyline(const ZcDbPolyline& other)
     : ZcDbCurve(other)
     , m_elevation(other.m_elevation)
+    , m_normal(other.m_normal)
     , m_closed(other.m_closed)
+    , m_constantWidth(other.m_constantWidth)
 {
     setCapacity(other.m_count);
     std::copy_n(other.m_vertices, other.m_count, m_vertices);

@@ -33,6 +33,12 @@ public:
     void setClosed(bool closed) { m_closed = closed; }
     double elevation() const { return m_elevation; }
     void setElevation(double elevation) { m_elevation = elevation; }
+    // The width the whole polyline is drawn with (0: a thin line).
+    double constantWidth() const { return m_constantWidth; }
+    void setConstantWidth(double width) { m_constantWidth = float(width); }
+    // The extrusion direction: the z axis of the entity's own coordinate system.
+    ZcGeVector3d normal() const { return m_normal; }
+    void setNormal(const ZcGeVector3d& normal) { m_normal = normal; }
 
     Zcad::ErrorStatus transformBy(const ZcGeMatrix3d& transform) override;
     Zcad::ErrorStatus getGeomExtents(ZcDbExtents& extents) const override;
@@ -50,6 +56,8 @@ private:
     quint32 m_count = 0;
     quint32 m_capacity = 0;
     double m_elevation = 0.0;
+    ZcGeVector3d m_normal { 0.0, 0.0, 1.0 };
     bool m_closed = false;
     bool m_verticesInArena = false;
+    float m_constantWidth = 0.0f;
 };

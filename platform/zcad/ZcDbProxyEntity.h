@@ -6,6 +6,7 @@
 // written back as it came.
 #include "ZcDbEntity.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <vector>
@@ -25,15 +26,27 @@ public:
     explicit ZcDbProxyEntity(const QString& dxfName = QString())
         : m_dxfName(dxfName)
     { }
+    ZcDbProxyEntity(const ZcDbProxyEntity& other);
     ZCDB_DECLARE_CLONE(ZcDbProxyEntity)
 
     QString originalDxfName() const { return m_dxfName; }
-    // Every group of the entity but its first (the kind, group 0).
-    const std::vector<Group>& dxfGroups() const { return m_groups; }
-    void setDxfGroups(std::vector<Group> groups) { m_groups = std::move(groups); }
+    // Every group of the entity but its first (the kind, group 0). The groups are
+    // kept packed (a drawing of many hatches holds millions) and unpacked here on
+    // first use, then kept so: not from two threads at once.
+    const std::vector<Group>& dxfGroups() const;
+    void setDxfGroups(std::vector<Group> groups);
+    // The groups unpacked afresh, nothing kept: for going through many entities
+    // once, from any thread.
+    std::vector<Group> unpackedDxfGroups() const;
+    // Groups packed as appendPacked writes them.
+    void setPackedDxfGroups(QByteArray packed);
+    // Appends a group to `packed`: its code, then its value in UTF-8 up to a zero.
+    static void appendPacked(QByteArray& packed, int code, QByteArrayView utf8);
     Zcad::ErrorStatus transformBy(const ZcGeMatrix3d&) override { return Zcad::eOk; }
 
 private:
     QString m_dxfName;
-    std::vector<Group> m_groups;
+    QByteArray m_packed;
+    mutable std::vector<Group> m_groups;
+    mutable bool m_unpacked = false;
 };

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -44,6 +46,23 @@ public:
             primitive.look = { path.color, 0.0f };
             drawing.Paint(primitive, path.highlighted ? &highlight : nullptr);
         }
+    }
+    // Paints one primitive as the list hands it over.
+    void Paint(const DisplayPrimitive& primitive)
+    {
+        QPainter painter(&m_image);
+        DrawingPainter drawing(painter, m_image.size(), QPointF(50, 50), 1.0);
+        drawing.Paint(primitive, nullptr);
+    }
+    // Painted pixels left and right of x = 50.
+    std::pair<int, int> PaintedBesideMiddle() const
+    {
+        std::pair<int, int> count;
+        for (int y = 0; y < m_image.height(); ++y)
+            for (int x = 0; x < m_image.width(); ++x)
+                if (m_image.pixel(x, y) != kBackground)
+                    ++(x < 50 ? count.first : count.second);
+        return count;
     }
     // The pixel whose top left corner is the drawing point (x, y + 1).
     QRgb At(int x, int y) const { return m_image.pixel(x, 100 - y); }
@@ -91,4 +110,40 @@ TEST(DrawingPainter, WhatIsSmallerThanAPixelIsOneDotThereTheFirstOneUnlessHighli
 
     canvas.Paint({ { { { 30.2, 29.7 }, { 30.3, 29.7 } }, kBlue, true } });
     EXPECT_EQ(canvas.At(30, 30), kGreen);
+}
+
+TEST(DrawingPainter, AreasFillInsideTheirOuterRingAndOutsideTheirHoles)
+{
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const std::vector<QPointF> rings { { 10, 10 }, { 90, 10 }, { 90, 90 }, { 10, 90 }, { none, none },
+        { 40, 40 }, { 60, 40 }, { 60, 60 }, { 40, 60 }, { none, none } };
+    Canvas canvas;
+    DisplayPrimitive area;
+    area.kind = DisplayItem::Fill;
+    area.points = rings;
+    area.look = { kRed, 0.0f };
+    canvas.Paint(area);
+    EXPECT_EQ(canvas.At(20, 20), kRed);
+    EXPECT_EQ(canvas.At(80, 70), kRed);
+    EXPECT_EQ(canvas.At(50, 50), kBackground);
+    EXPECT_EQ(canvas.At(5, 50), kBackground);
+}
+
+TEST(DrawingPainter, TextsFollowTheirFrameMirroredOrNot)
+{
+    // A text starting in the middle, 20 high, advancing 2 heights: to the right,
+    // or to the left when its baseline runs backwards (mirrored in x).
+    for (const double direction : { 1.0, -1.0 }) {
+        Canvas canvas;
+        DisplayText text { { 50, 40 }, QStringLiteral("WW"), 20, 0, { 20 * direction, 0 }, { 0, 20 }, 2 };
+        DisplayPrimitive primitive;
+        primitive.kind = DisplayItem::Text;
+        primitive.points = { &text.at, 1 };
+        primitive.look = { kRed, 0.0f };
+        primitive.text = &text;
+        canvas.Paint(primitive);
+        const auto [left, right] = canvas.PaintedBesideMiddle();
+        EXPECT_GT(direction > 0 ? right : left, 30) << direction;
+        EXPECT_LT(direction > 0 ? left : right, 5) << direction;
+    }
 }

@@ -135,18 +135,23 @@ void DxfEntityParser::begin(std::string_view type)
     m_paperSpace = false;
     m_p10 = m_p11 = ZcGePoint3d();
     m_has11 = false;
-    m_has41 = m_has42 = false;
+    m_has41 = m_has42 = m_has43 = false;
     m_r40 = 0.0;
     m_r41 = m_r42 = m_r43 = 1.0;
     m_a50 = m_a51 = 0.0;
     m_elevation = 0.0;
+    m_r44 = m_r45 = 0.0;
+    m_ltScale = 1.0;
+    m_normal = ZcGeVector3d(0.0, 0.0, 1.0);
+    m_lineType = {};
     m_s1 = m_s2 = m_s3 = {};
     m_mtextChunks.clear();
     m_flags66 = m_flags70 = m_i71 = m_i72 = m_i73 = m_i74 = 0;
     m_vertices.clear();
     m_xdataGroups.clear();
     m_xdataKey.clear();
-    m_keepGroups = !hasOwnClass(type);
+    // A polyline is a mesh or an outline: known from its flags, read later.
+    m_keepGroups = !hasOwnClass(type) || type == "POLYLINE";
     m_groups.clear();
 }
 
@@ -216,6 +221,27 @@ void DxfEntityParser::take(const DxfGroup& g)
     case 31:
         m_p11.z = finiteOr(g.toDouble(), 0.0);
         break;
+    case 210:
+        m_normal.x = finiteOr(g.toDouble(), 0.0);
+        break;
+    case 220:
+        m_normal.y = finiteOr(g.toDouble(), 0.0);
+        break;
+    case 230:
+        m_normal.z = finiteOr(g.toDouble(), 1.0);
+        break;
+    case 6:
+        m_lineType = g.text;
+        break;
+    case 48:
+        m_ltScale = finiteOr(g.toDouble(), 1.0);
+        break;
+    case 44:
+        m_r44 = finiteOr(g.toDouble(), 0.0);
+        break;
+    case 45:
+        m_r45 = finiteOr(g.toDouble(), 0.0);
+        break;
     case 38:
         m_elevation = finiteOr(g.toDouble(), 0.0);
         break;
@@ -237,6 +263,7 @@ void DxfEntityParser::take(const DxfGroup& g)
         break;
     case 43:
         m_r43 = finiteOr(g.toDouble(), 1.0);
+        m_has43 = true;
         break;
     case 50:
         m_a50 = finiteOr(g.toDouble(), 0.0);
@@ -281,17 +308,22 @@ void DxfEntityParser::take(const DxfGroup& g)
 
 void DxfEntityParser::keep(const DxfGroup& g, bool binary)
 {
-    QString value;
     if (g.binaryNumber) {
         // A number of a binary drawing is either a real or an integer; the other is 0.
-        value = g.real != 0.0 ? QString::number(g.real, 'g', 17) : QString::number(g.integer);
+        const QByteArray number
+            = g.real != 0.0 ? QByteArray::number(g.real, 'g', 17) : QByteArray::number(g.integer);
+        ZcDbProxyEntity::appendPacked(m_groups, g.code, number);
     } else if (binary && ((g.code >= 310 && g.code <= 319) || g.code == 1004)) {
         // Binary chunks as the hexadecimal digits a text drawing holds.
-        value = QString::fromLatin1(QByteArray(g.text.data(), qsizetype(g.text.size())).toHex().toUpper());
+        ZcDbProxyEntity::appendPacked(
+            m_groups, g.code, QByteArray(g.text.data(), qsizetype(g.text.size())).toHex().toUpper());
+    } else if (std::all_of(g.text.begin(), g.text.end(), [](char c) { return quint8(c) < 0x80; })) {
+        // Numbers and names are plain ASCII, the same in UTF-8.
+        ZcDbProxyEntity::appendPacked(
+            m_groups, g.code, QByteArrayView(g.text.data(), qsizetype(g.text.size())));
     } else {
-        value = m_strings.decode(g.text);
+        ZcDbProxyEntity::appendPacked(m_groups, g.code, m_strings.decode(g.text).toUtf8());
     }
-    m_groups.push_back({ g.code, std::move(value) });
 }
 
 void DxfEntityParser::takeXData(const DxfGroup& g)
@@ -345,6 +377,18 @@ std::shared_ptr<const std::vector<ZcDbXDataApp>> DxfEntityParser::makeXData()
     }
     m_strings.keepXData(m_xdataKey, apps);
     return apps;
+}
+
+QString DxfEntityParser::lineTypeName() const
+{
+    return m_lineType.empty() ? QString() : m_strings.get(m_lineType);
+}
+
+void DxfEntityParser::appendGroupsFrom(const DxfEntityParser& part)
+{
+    ZcDbProxyEntity::appendPacked(
+        m_groups, 0, QByteArrayView(part.m_type.data(), qsizetype(part.m_type.size())));
+    m_groups.append(part.m_groups);
 }
 
 QString DxfEntityParser::blockName() const
@@ -401,6 +445,10 @@ std::unique_ptr<ZcDbEntity> DxfEntityParser::buildText()
     entity->setHeight(m_r40);
     entity->setRotation(radians(m_a50));
     entity->setHorizontalMode(m_i72);
+    entity->setWidthFactor(m_has41 && m_r41 > 0 ? m_r41 : 1.0);
+    entity->setOblique(radians(m_a51));
+    entity->setGenerationFlags(m_i71);
+    entity->setNormal(m_normal);
     return entity;
 }
 
@@ -409,18 +457,29 @@ std::unique_ptr<ZcDbEntity> DxfEntityParser::build()
     std::unique_ptr<ZcDbEntity> entity;
     if (m_type == "LINE") {
         entity = std::make_unique<ZcDbLine>(m_p10, m_p11);
-    } else if (m_type == "LWPOLYLINE" || m_type == "POLYLINE") {
+    } else if (m_type == "LWPOLYLINE" || (m_type == "POLYLINE" && !isMesh())) {
         auto polyline = std::make_unique<ZcDbPolyline>();
         polyline->reserveVertices(m_vertices.size());
         for (const ZcDbPolyline::Vertex& v : m_vertices)
             polyline->appendVertex(v.x, v.y, v.bulge);
         polyline->setClosed(m_flags70 & 1);
         polyline->setElevation(m_isLwPolyline ? m_elevation : (m_vertices.empty() ? m_p10.z : m_elevation));
+        // A polyline's default start and end widths, when alike, are its width.
+        const double width
+            = m_isLwPolyline ? (m_has43 ? m_r43 : 0.0) : (m_has41 && m_r41 != m_r40 ? 0.0 : m_r40);
+        polyline->setConstantWidth(std::max(0.0, width));
+        // A 3D polyline's vertices are in the world already.
+        if (m_isLwPolyline || !(m_flags70 & 8))
+            polyline->setNormal(m_normal);
         entity = std::move(polyline);
     } else if (m_type == "CIRCLE") {
-        entity = std::make_unique<ZcDbCircle>(m_p10, m_r40);
+        auto circle = std::make_unique<ZcDbCircle>(m_p10, m_r40);
+        circle->setNormal(m_normal);
+        entity = std::move(circle);
     } else if (m_type == "ARC") {
-        entity = std::make_unique<ZcDbArc>(m_p10, m_r40, radians(m_a50), radians(m_a51));
+        auto arc = std::make_unique<ZcDbArc>(m_p10, m_r40, radians(m_a50), radians(m_a51));
+        arc->setNormal(m_normal);
+        entity = std::move(arc);
     } else if (m_type == "TEXT" || m_type == "ATTDEF" || m_type == "ATTRIB") {
         entity = buildText();
     } else if (m_type == "MTEXT") {
@@ -428,20 +487,26 @@ std::unique_ptr<ZcDbEntity> DxfEntityParser::build()
         contents.append(m_s1);
         auto mtext
             = std::make_unique<ZcDbMText>(m_p10, m_strings.decode(contents), m_r40, m_has41 ? m_r41 : 0.0);
-        // The angle of MTEXT is in radians, or given as a direction (group 11).
-        mtext->setRotation(m_has11 ? std::atan2(m_p11.y, m_p11.x) : m_a50);
+        // The angle of MTEXT is in degrees, or given as a direction (group 11).
+        mtext->setRotation(m_has11 ? std::atan2(m_p11.y, m_p11.x) : radians(m_a50));
         mtext->setAttachment(m_i71 >= 1 && m_i71 <= 9 ? m_i71 : 1);
+        mtext->setLineSpacingFactor(m_r44 > 0 ? m_r44 : 1.0);
+        mtext->setNormal(m_normal);
         entity = std::move(mtext);
     } else if (m_type == "INSERT") {
         auto reference = std::make_unique<ZcDbBlockReference>();
         reference->setPosition(m_p10);
         reference->setScaleFactors({ m_r41, m_r42, m_r43 });
         reference->setRotation(radians(m_a50));
+        reference->setNormal(m_normal);
+        // A grid of copies (MINSERT) counts its columns and rows.
+        if (m_flags70 > 1 || m_i71 > 1)
+            reference->setGrid(std::clamp(m_flags70, 1, 32767), std::clamp(m_i71, 1, 32767), m_r44, m_r45);
         entity = std::move(reference);
     } else {
         auto proxy
             = std::make_unique<ZcDbProxyEntity>(QString::fromLatin1(m_type.data(), qsizetype(m_type.size())));
-        proxy->setDxfGroups(std::move(m_groups));
+        proxy->setPackedDxfGroups(std::move(m_groups));
         m_groups.clear();
         entity = std::move(proxy);
     }

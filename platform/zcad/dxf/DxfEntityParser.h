@@ -87,6 +87,14 @@ public:
     int flags70() const { return m_flags70; }
     // For a POLYLINE, the vertex a following VERTEX entity describes.
     void appendVertexFrom(const DxfEntityParser& vertex);
+    // A polyline whose vertices are a mesh's, not an outline's.
+    bool isMesh() const { return m_type == "POLYLINE" && (m_flags70 & (16 | 64)); }
+    // For a mesh, a following entity (a vertex, the end of the sequence) kept with
+    // it, its kind as a group 0.
+    void appendGroupsFrom(const DxfEntityParser& part);
+    // The entity's own line type (empty: by layer) and scale of its pattern.
+    QString lineTypeName() const;
+    double lineTypeScale() const { return m_ltScale; }
 
     // The entity these groups describe; null for kinds that are not kept.
     std::unique_ptr<ZcDbEntity> build();
@@ -117,9 +125,15 @@ private:
     double m_r43 = 1.0;
     bool m_has41 = false;
     bool m_has42 = false;
+    bool m_has43 = false;
     double m_a50 = 0.0;
     double m_a51 = 0.0;
     double m_elevation = 0.0;
+    double m_r44 = 0.0;
+    double m_r45 = 0.0;
+    double m_ltScale = 1.0;
+    ZcGeVector3d m_normal { 0.0, 0.0, 1.0 };
+    std::string_view m_lineType;
     std::string_view m_s1;
     std::string_view m_s2;
     std::string_view m_s3;
@@ -137,5 +151,12 @@ private:
     std::string m_xdataKey;
     // An entity of a kind without its own class keeps all its groups.
     bool m_keepGroups = false;
-    std::vector<ZcDbProxyEntity::Group> m_groups;
+
+public:
+    // Keeps all groups whatever the kind (the parts of a mesh).
+    void keepAllGroups() { m_keepGroups = true; }
+
+private:
+    // Packed as ZcDbProxyEntity keeps them.
+    QByteArray m_groups;
 };

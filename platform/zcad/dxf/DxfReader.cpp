@@ -33,6 +33,9 @@ struct DxfReader::State
     bool readSubentities(ZcDbBlockReference* reference);
     bool skipToGroupZero();
     bool skipSection();
+    // Passes over groups up to the next section or the end of the drawing, the
+    // first being `first`; notes how many. False when the data ends first.
+    bool skipStrayGroups(const DxfGroup& first);
     void resolveBlockReferences();
     bool expectedGroupZero(const DxfGroup& group);
 
@@ -83,6 +86,24 @@ bool DxfReader::State::skipSection()
     return false;
 }
 
+bool DxfReader::State::skipStrayGroups(const DxfGroup& first)
+{
+    const qint64 at = reader.position();
+    const int firstCode = first.code;
+    int skipped = 1;
+    DxfGroup group;
+    bool more = false;
+    while ((more = reader.next(group)) && !(group.code == 0 && (group.is("SECTION") || group.is("EOF"))))
+        ++skipped;
+    if (more)
+        reader.pushBack();
+    database.addReadNote(QStringLiteral("skipped %1 group(s) between sections at %2, the first a group %3")
+                             .arg(skipped)
+                             .arg(at)
+                             .arg(firstCode));
+    return more;
+}
+
 bool DxfReader::State::readHeader()
 {
     DxfGroup group;
@@ -97,6 +118,11 @@ bool DxfReader::State::readHeader()
             version = latin(group.text);
         else if (variable == u"$DWGCODEPAGE" && group.code == 3)
             codePage = latin(group.text);
+        else if (variable == u"$LTSCALE" && group.code == 40) {
+            const double scale = group.toDouble();
+            if (std::isfinite(scale) && scale > 0)
+                database.setLineTypeScale(scale);
+        }
     }
     return false;
 }
@@ -139,6 +165,8 @@ bool DxfReader::State::readTable(const DxfGroup& nameGroup)
             return skipToGroupZero() || reader.atEnd();
         const bool isLayer = table == u"LAYER" && group.is("LAYER");
         const bool isApp = table == u"APPID" && group.is("APPID");
+        const bool isLineType = table == u"LTYPE" && group.is("LTYPE");
+        ZcDbLineType lineType;
         ZcDbLayerTableRecord layer;
         QString appName;
         bool more = false;
@@ -160,6 +188,12 @@ bool DxfReader::State::readTable(const DxfGroup& nameGroup)
                     layer.trueColor = quint32(group.toInt() & 0xFFFFFF);
                     layer.hasTrueColor = true;
                 }
+            } else if (isLineType && group.code == 2) {
+                lineType.name = strings.get(group.text);
+            } else if (isLineType && group.code == 49) {
+                const double length = group.toDouble();
+                if (std::isfinite(length) && lineType.pattern.size() < 64)
+                    lineType.pattern.push_back(length);
             } else if (isApp && group.code == 2) {
                 appName = strings.get(group.text);
             }
@@ -168,6 +202,8 @@ bool DxfReader::State::readTable(const DxfGroup& nameGroup)
             reader.pushBack();
         if (isLayer && !layer.name.isEmpty())
             database.setLayer(layer);
+        if (isLineType && !lineType.name.isEmpty())
+            database.setLineType(lineType);
         if (isApp && !appName.isEmpty())
             database.addRegisteredApp(appName);
     }
@@ -250,11 +286,32 @@ bool DxfReader::State::readEntity(ZcDbBlockTableRecord* target)
                 break;
             }
             child.begin("VERTEX");
+            if (entity.isMesh())
+                child.keepAllGroups();
             child.readGroups(reader);
-            entity.appendVertexFrom(child);
+            if (entity.isMesh())
+                entity.appendGroupsFrom(child);
+            else
+                entity.appendVertexFrom(child);
+        }
+        // A mesh is kept whole, its end of sequence included.
+        if (entity.isMesh() && reader.next(group)) {
+            if (group.code == 0 && group.is("SEQEND")) {
+                child.begin("SEQEND");
+                child.keepAllGroups();
+                child.readGroups(reader);
+                entity.appendGroupsFrom(child);
+            } else {
+                reader.pushBack();
+            }
         }
     }
     std::unique_ptr<ZcDbEntity> built = entity.build();
+    if (built && (!entity.lineTypeName().isEmpty() || entity.lineTypeScale() != 1.0)) {
+        const QString lineType = entity.lineTypeName();
+        built->setLineStyleIndex(database.lineStyleIndex(
+            { lineType.isEmpty() ? QStringLiteral("BYLAYER") : lineType, entity.lineTypeScale() }));
+    }
     ZcDbObjectId id;
     if (built)
         id = owner->appendOwned(ZcDbDatabase::promote(std::move(built)));
@@ -347,10 +404,11 @@ Zcad::ErrorStatus DxfReader::read(State& state)
         if (group.code != 0 || !(group.is("SECTION") || group.is("EOF"))) {
             if (!sawSection)
                 return fail(Zcad::eBadDwgHeader, QStringLiteral("not a DXF drawing"));
-            return fail(Zcad::eDwgNeedsRecovery,
-                QStringLiteral("unexpected group %1 between sections at %2")
-                    .arg(group.code)
-                    .arg(reader.position()));
+            // Other programs leave stray groups between sections: passed over up to
+            // the next section, and said.
+            if (!state.skipStrayGroups(group))
+                break;
+            continue;
         }
         if (group.is("EOF")) {
             sawEnd = true;

@@ -94,7 +94,7 @@ TEST(DxfKeptGroups, UnknownKindsKeepEveryGroupInOrderWithOrWithoutExtendedData)
 
 TEST(DxfKeptGroups, BinaryDrawingNumbersAndChunksBecomeTheirTextForm)
 {
-    QByteArray bytes("AutoCAD Binary DXF\r\n\x1a", 21);
+    QByteArray bytes("Drawing Binary DXF\r\n\x1a", 21);
     bytes.append('\0');
     auto code = [&](qint16 c) { bytes.append(reinterpret_cast<const char*>(&c), 2); };
     auto str = [&](qint16 c, const char* s) {
@@ -133,4 +133,21 @@ TEST(DxfKeptGroups, BinaryDrawingNumbersAndChunksBecomeTheirTextForm)
     expectGroups(*hatch,
         { { 8, "0" }, { 10, "0.10000000000000001" }, { 20, "-3" }, { 70, "1" }, { 90, "70000" },
             { 310, "01ABFF" } });
+}
+
+TEST(DxfKeptGroups, GroupsSetByHandComeBackAlikeAndCopiesKeepThem)
+{
+    ZcDbProxyEntity proxy(QStringLiteral("ACAD_TABLE"));
+    proxy.setDxfGroups({ { -3, QStringLiteral("ACAD") }, { 1, QStringLiteral("给水\tA") },
+        { 1071, QString() }, { 1000, QStringLiteral("a") + QChar(0) + QStringLiteral("b") } });
+    const std::vector<std::pair<int, QString>> expected { { -3, "ACAD" }, { 1, QStringLiteral("给水\tA") },
+        { 1071, QString() }, { 1000, "ab" } };
+    expectGroups(proxy, expected);
+    const std::vector<Group> fresh = proxy.unpackedDxfGroups();
+    ASSERT_EQ(fresh.size(), expected.size());
+    EXPECT_EQ(fresh[1].value, expected[1].second);
+    std::unique_ptr<ZcDbEntity> copy(proxy.clone());
+    expectGroups(*ZcDbProxyEntity::cast(copy.get()), expected);
+    proxy.setDxfGroups({});
+    EXPECT_TRUE(proxy.dxfGroups().empty());
 }
