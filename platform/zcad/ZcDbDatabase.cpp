@@ -222,6 +222,11 @@ const ZcDbLineType* ZcDbDatabase::lineType(const QString& name) const
     return nullptr;
 }
 
+const std::vector<ZcDbLineType>& ZcDbDatabase::lineTypes() const
+{
+    return m_content->lineTypes;
+}
+
 void ZcDbDatabase::setLineType(const ZcDbLineType& lineType)
 {
     for (ZcDbLineType& existing : m_content->lineTypes)

@@ -77,6 +77,7 @@ public:
     void setLayer(const ZcDbLayerTableRecord& layer);
     // The line types of the drawing, by name without regard to case (null for none).
     const ZcDbLineType* lineType(const QString& name) const;
+    const std::vector<ZcDbLineType>& lineTypes() const;
     void setLineType(const ZcDbLineType& lineType);
     // The line styles entities name by their index; index 0 is by layer at scale 1.
     const ZcDbLineStyle& lineStyle(quint16 index) const;

@@ -56,13 +56,21 @@ QString xdataText(const ZcDbEntity& entity)
     return parts.join(u' ');
 }
 
+QString normalText(const ZcGeVector3d& n)
+{
+    return QStringLiteral(" n (%1 %2 %3)").arg(num(n.x), num(n.y), num(n.z));
+}
+
 QString textText(const ZcDbText& t)
 {
-    return QStringLiteral("%1 at %2 align %3 h %4 r %5 modes %6/%7")
-        .arg(t.textString(), pointText(t.position()), pointText(t.alignmentPoint()), num(t.height()),
-            num(t.rotation()))
-        .arg(t.horizontalMode())
-        .arg(t.verticalMode());
+    return QStringLiteral("%1 at %2 align %3 h %4 r %5 modes %6/%7 w %8 o %9 g %10")
+               .arg(t.textString(), pointText(t.position()), pointText(t.alignmentPoint()), num(t.height()),
+                   num(t.rotation()))
+               .arg(t.horizontalMode())
+               .arg(t.verticalMode())
+               .arg(num(t.widthFactor()), num(t.oblique()))
+               .arg(t.generationFlags())
+        + normalText(t.normal());
 }
 
 // Everything the reader keeps of an entity, as one line.
@@ -82,12 +90,15 @@ QString describe(const ZcDbEntity& entity, bool withLook = true)
                      .arg(num(poly->elevation()));
         for (const auto& v : poly->vertices())
             shape += QStringLiteral(" %1,%2,%3").arg(num(v.x), num(v.y), num(v.bulge));
+        shape += QStringLiteral(" width %1").arg(num(poly->constantWidth())) + normalText(poly->normal());
     } else if (const auto* arc = ZcDbArc::cast(geometry))
         shape += QStringLiteral("arc %1 %2 %3 %4")
                      .arg(pointText(arc->center()), num(arc->radius()), num(arc->startAngle()),
-                         num(arc->endAngle()));
+                         num(arc->endAngle()))
+            + normalText(arc->normal());
     else if (const auto* circle = ZcDbCircle::cast(geometry))
-        shape += QStringLiteral("circle %1 %2").arg(pointText(circle->center()), num(circle->radius()));
+        shape += QStringLiteral("circle %1 %2").arg(pointText(circle->center()), num(circle->radius()))
+            + normalText(circle->normal());
     else if (const auto* def = ZcDbAttributeDefinition::cast(geometry))
         shape += QStringLiteral("attdef %1 %2 %3 %4")
                      .arg(def->tag(), def->prompt())
@@ -104,13 +115,20 @@ QString describe(const ZcDbEntity& entity, bool withLook = true)
         shape += QStringLiteral("mtext %1 at %2 h %3 w %4 r %5 a %6")
                      .arg(mtext->contents(), pointText(mtext->location()), num(mtext->textHeight()),
                          num(mtext->width()), num(mtext->rotation()))
-                     .arg(mtext->attachment());
+                     .arg(mtext->attachment())
+            + QStringLiteral(" spacing %1").arg(num(mtext->lineSpacingFactor()))
+            + normalText(mtext->normal());
     else if (const auto* reference = ZcDbBlockReference::cast(geometry)) {
         const auto* block = ZcDbBlockTableRecord::cast(reference->blockTableRecord().object());
         shape += QStringLiteral("insert %1 at %2 scale %3,%4,%5 r %6")
                      .arg(block ? block->name() : QStringLiteral("?"), pointText(reference->position()),
                          num(reference->scaleFactors().x), num(reference->scaleFactors().y),
-                         num(reference->scaleFactors().z), num(reference->rotation()));
+                         num(reference->scaleFactors().z), num(reference->rotation()))
+            + QStringLiteral(" grid %1x%2 %3,%4")
+                  .arg(reference->columns())
+                  .arg(reference->rows())
+                  .arg(num(reference->columnSpacing()), num(reference->rowSpacing()))
+            + normalText(reference->normal());
         for (const ZcDbAttribute* a : reference->attributes())
             shape += QStringLiteral(" [%1 %2]").arg(describe(*a), a->layer());
     } else if (const auto* proxy = ZcDbProxyEntity::cast(geometry)) {
@@ -122,11 +140,13 @@ QString describe(const ZcDbEntity& entity, bool withLook = true)
         shape += QStringLiteral("? %1").arg(geometry ? geometry->isA()->name() : QStringLiteral("none"));
     if (!withLook)
         return shape;
-    return QStringLiteral("%1 | layer %2 color %3 true %4 | %5")
+    const ZcDbLineStyle line
+        = entity.database() ? entity.database()->lineStyle(entity.lineStyleIndex()) : ZcDbLineStyle {};
+    return QStringLiteral("%1 | layer %2 color %3 true %4 line %5 x%6 | %7")
         .arg(shape, entity.layer())
         .arg(entity.colorIndex())
         .arg(entity.hasTrueColor() ? qint64(entity.trueColor()) : -1)
-        .arg(xdataText(entity));
+        .arg(line.lineType.toUpper(), num(line.scale), xdataText(entity));
 }
 
 QStringList describeBlock(const ZcDbBlockTableRecord& block, bool withLook = true)
@@ -151,6 +171,13 @@ QStringList describeDatabase(ZcDbDatabase& db)
                      .arg(l.isOff)
                      .arg(l.isFrozen)
                      .arg(l.isLocked);
+    for (const ZcDbLineType& t : db.lineTypes()) {
+        QStringList dashes;
+        for (double d : t.pattern)
+            dashes << num(d);
+        lines << QStringLiteral("line type %1: %2").arg(t.name.toUpper(), dashes.join(u' '));
+    }
+    lines << QStringLiteral("line type scale %1").arg(num(db.lineTypeScale()));
     // Every drawing written registers the product's application.
     QStringList apps = db.registeredApps() << QStringLiteral("QVKS");
     for (QString& app : apps)
@@ -262,8 +289,9 @@ TEST_F(FloorSaverTest, ProductEntitiesTakeTheirCodesColourAndLineTypeOnlyByColou
         EXPECT_EQ(other->colorIndex(), 5);
         EXPECT_EQ(pipe->hasTrueColor(), bySystem);
         EXPECT_EQ(pipe->colorIndex(), bySystem ? 3 : 256);
-        if (bySystem)
+        if (bySystem) {
             EXPECT_EQ(pipe->trueColor(), 0x00FF00u);
+        }
         EXPECT_EQ(saved.bytes.contains("\n6\nQVSYS_J\n"), bySystem);
         EXPECT_EQ(saved.bytes.contains("\nLTYPE\n5\n"), true);
     }

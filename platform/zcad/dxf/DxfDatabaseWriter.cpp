@@ -35,6 +35,9 @@ DxfText textOf(const ZcDbText& text)
     out.rotationDegrees = degrees(text.rotation());
     out.horizontalMode = text.horizontalMode();
     out.verticalMode = text.verticalMode();
+    out.widthFactor = text.widthFactor();
+    out.obliqueDegrees = degrees(text.oblique());
+    out.generationFlags = text.generationFlags();
     return out;
 }
 
@@ -60,6 +63,12 @@ DxfStyle DxfDatabaseWriter::styleOf(const ZcDbEntity& entity, bool paperSpace) c
         style.trueColor = entity.trueColor();
     style.xdata = entity.xDataAll();
     style.paperSpace = paperSpace;
+    if (entity.lineStyleIndex() != 0 && entity.database()) {
+        const ZcDbLineStyle& line = entity.database()->lineStyle(entity.lineStyleIndex());
+        if (line.lineType.compare(QLatin1String("BYLAYER"), Qt::CaseInsensitive) != 0)
+            style.linetype = line.lineType;
+        style.linetypeScale = line.scale;
+    }
     return style;
 }
 
@@ -73,8 +82,14 @@ bool DxfDatabaseWriter::write(const ZcDbDatabase& database, QIODevice* device, D
             layer.linetype, layer.isOff, layer.isFrozen, layer.isLocked });
     for (const QString& app : database.registeredApps())
         writer.registerApp(app);
+    // The drawing's own line types first: one the caller gives by the same name
+    // (a system code's) replaces it.
+    for (const ZcDbLineType& linetype : database.lineTypes())
+        writer.addLinetype(
+            { linetype.name, QString(), QList<double>(linetype.pattern.begin(), linetype.pattern.end()) });
     for (const DxfLinetype& linetype : m_linetypes)
         writer.addLinetype(linetype);
+    writer.setLinetypeScale(database.lineTypeScale());
 
     ZcDbBlockTable* table = nullptr;
     if (const_cast<ZcDbDatabase&>(database).getBlockTable(table, ZcDb::kForRead) == Zcad::eOk) {
@@ -118,6 +133,12 @@ void DxfDatabaseWriter::writeEntity(DxfWriter& writer, const ZcDbEntity& entity,
 
 bool DxfDatabaseWriter::writeShape(DxfWriter& writer, const ZcDbEntity& shape, const DxfStyle& style)
 {
+    // The kinds drawn in their own coordinate system go out with its direction.
+    const auto inPlane = [&style](const ZcGeVector3d& normal) {
+        DxfStyle own = style;
+        own.normal = normal;
+        return own;
+    };
     if (const auto* line = ZcDbLine::cast(&shape))
         return writer.addLine(line->startPoint(), line->endPoint(), style);
     if (const auto* polyline = ZcDbPolyline::cast(&shape)) {
@@ -125,25 +146,27 @@ bool DxfDatabaseWriter::writeShape(DxfWriter& writer, const ZcDbEntity& shape, c
         vertices.reserve(polyline->vertices().size());
         for (const ZcDbPolyline::Vertex& v : polyline->vertices())
             vertices.push_back({ v.x, v.y, v.bulge });
-        return writer.addPolyline(vertices, polyline->isClosed(), polyline->elevation(), style);
+        return writer.addPolyline(vertices, polyline->isClosed(), polyline->elevation(),
+            inPlane(polyline->normal()), polyline->constantWidth());
     }
     if (const auto* arc = ZcDbArc::cast(&shape))
-        return writer.addArc(
-            arc->center(), arc->radius(), degrees(arc->startAngle()), degrees(arc->endAngle()), style);
+        return writer.addArc(arc->center(), arc->radius(), degrees(arc->startAngle()),
+            degrees(arc->endAngle()), inPlane(arc->normal()));
     if (const auto* circle = ZcDbCircle::cast(&shape))
-        return writer.addCircle(circle->center(), circle->radius(), style);
+        return writer.addCircle(circle->center(), circle->radius(), inPlane(circle->normal()));
     if (const auto* definition = ZcDbAttributeDefinition::cast(&shape)) {
         DxfText text = textOf(*definition);
         text.tag = definition->tag();
         text.prompt = definition->prompt();
         text.flags = definition->flags();
-        return writer.addAttributeDefinition(text, style);
+        return writer.addAttributeDefinition(text, inPlane(definition->normal()));
     }
     if (const auto* text = ZcDbText::cast(&shape))
-        return writer.addText(textOf(*text), style);
+        return writer.addText(textOf(*text), inPlane(text->normal()));
     if (const auto* mtext = ZcDbMText::cast(&shape))
         return writer.addMText(mtext->location(), mtext->contents(), mtext->textHeight(), mtext->width(),
-            mtext->rotation(), mtext->attachment(), style);
+            degrees(mtext->rotation()), mtext->attachment(), inPlane(mtext->normal()),
+            mtext->lineSpacingFactor());
     if (const auto* reference = ZcDbBlockReference::cast(&shape)) {
         QList<QPair<DxfText, DxfStyle>> attributes;
         for (const ZcDbAttribute* attribute : reference->attributes()) {
@@ -152,11 +175,16 @@ bool DxfDatabaseWriter::writeShape(DxfWriter& writer, const ZcDbEntity& shape, c
             DxfText text = textOf(*attribute);
             text.tag = attribute->tag();
             text.flags = attribute->flags();
-            attributes.append({ text, styleOf(*attribute, style.paperSpace) });
+            DxfStyle attributeStyle = styleOf(*attribute, style.paperSpace);
+            attributeStyle.normal = attribute->normal();
+            attributes.append({ text, attributeStyle });
         }
         const ZcGeVector3d scale = reference->scaleFactors();
+        const DxfInsertGrid grid { reference->columns(), reference->rows(), reference->columnSpacing(),
+            reference->rowSpacing() };
         return writer.addBlockReference(blockNameOf(*reference), reference->position(),
-            { scale.x, scale.y, scale.z }, degrees(reference->rotation()), attributes, style);
+            { scale.x, scale.y, scale.z }, degrees(reference->rotation()), attributes,
+            inPlane(reference->normal()), grid);
     }
     const auto* proxy = ZcDbProxyEntity::cast(&shape);
     if (proxy && !proxy->dxfGroups().empty()) {
@@ -182,8 +210,8 @@ QStringList DxfDatabaseWriter::PartsNotKept(const QByteArray& dxf)
 {
     static const QSet<QString> keptSections { QStringLiteral("HEADER"), QStringLiteral("TABLES"),
         QStringLiteral("BLOCKS"), QStringLiteral("ENTITIES") };
-    static const QSet<QString> keptTables { QStringLiteral("LAYER"), QStringLiteral("APPID"),
-        QStringLiteral("BLOCK_RECORD") };
+    static const QSet<QString> keptTables { QStringLiteral("LAYER"), QStringLiteral("LTYPE"),
+        QStringLiteral("APPID"), QStringLiteral("BLOCK_RECORD") };
     QStringList parts;
     const QList<QByteArray> lines = dxf.split('\n');
     int variables = 0;
@@ -191,7 +219,7 @@ QStringList DxfDatabaseWriter::PartsNotKept(const QByteArray& dxf)
         const QByteArray code = lines[i].trimmed();
         if (code == "9") {
             const QByteArray variable = lines[i + 1].trimmed().toUpper();
-            variables += variable != "$ACADVER" && variable != "$DWGCODEPAGE";
+            variables += variable != "$ACADVER" && variable != "$DWGCODEPAGE" && variable != "$LTSCALE";
             continue;
         }
         if (code != "0" || i + 3 >= lines.size())

@@ -44,7 +44,8 @@ public:
 
     // The sections and tables a DXF file holds (its text form), for saying what a
     // write of its database does not carry over: everything but the header's
-    // version and code page, layers, registered applications, blocks and entities.
+    // version, code page and line-type scale, layers, line types, registered
+    // applications, blocks and entities.
     static QStringList PartsNotKept(const QByteArray& dxf);
 
 private:

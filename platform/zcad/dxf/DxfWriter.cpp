@@ -162,6 +162,10 @@ void DxfWriter::writeHeaderAndTables()
     group(1, versionCode(m_version));
     group(9, "$DWGCODEPAGE");
     group(3, m_codePage.toLatin1().constData());
+    if (m_linetypeScale != 1.0) {
+        group(9, "$LTSCALE");
+        group(40, m_linetypeScale);
+    }
     group(0, "ENDSEC");
     group(0, "SECTION");
     group(2, "TABLES");
@@ -324,6 +328,8 @@ void DxfWriter::startEntity(const char* type, const char* subclass, const Style&
         groupInt(62, style.colorIndex);
     if (m_version == Version::R2018 && style.trueColor >= 0)
         groupInt(420, style.trueColor & 0xFFFFFF);
+    if (style.linetypeScale != 1.0)
+        group(48, style.linetypeScale);
     if (modern() && subclass)
         group(100, subclass);
 }
@@ -343,6 +349,15 @@ void DxfWriter::writeXData(const std::vector<ZcDbXDataApp>& xdata)
                 group(value.code, value.value[0]);
         }
     }
+}
+
+void DxfWriter::writeNormal(const Style& style)
+{
+    if (style.normal.x == 0.0 && style.normal.y == 0.0 && style.normal.z == 1.0)
+        return;
+    group(210, style.normal.x);
+    group(220, style.normal.y);
+    group(230, style.normal.z);
 }
 
 void DxfWriter::writeStyleXData(const Style& style)
@@ -407,6 +422,7 @@ bool DxfWriter::addCircle(const ZcGePoint3d& center, double radius, const Style&
     startEntity("CIRCLE", "AcDbCircle", style);
     point(10, center);
     group(40, radius);
+    writeNormal(style);
     writeStyleXData(style);
     return !m_failed;
 }
@@ -418,6 +434,7 @@ bool DxfWriter::addArc(
     startEntity("ARC", "AcDbCircle", style);
     point(10, center);
     group(40, radius);
+    writeNormal(style);
     if (modern())
         group(100, "AcDbArc");
     group(50, startDegrees);
@@ -522,8 +539,8 @@ bool DxfWriter::addBlockReference(const QString& blockName, const ZcGePoint3d& p
     return !m_failed;
 }
 
-bool DxfWriter::addPolyline(
-    const std::vector<DxfVertex>& vertices, bool closed, double elevation, const Style& style)
+bool DxfWriter::addPolyline(const std::vector<DxfVertex>& vertices, bool closed, double elevation,
+    const Style& style, double constantWidth)
 {
     if (vertices.empty())
         return false;
@@ -533,6 +550,11 @@ bool DxfWriter::addPolyline(
         groupInt(66, 1);
         point(10, { 0, 0, elevation });
         groupInt(70, closed ? 1 : 0);
+        if (constantWidth > 0.0) {
+            group(40, constantWidth);
+            group(41, constantWidth);
+        }
+        writeNormal(style);
         writeStyleXData(style);
         for (const DxfVertex& v : vertices) {
             group(0, "VERTEX");
@@ -548,6 +570,8 @@ bool DxfWriter::addPolyline(
     startEntity("LWPOLYLINE", "AcDbPolyline", style);
     groupInt(90, qint64(vertices.size()));
     groupInt(70, closed ? 1 : 0);
+    if (constantWidth > 0.0)
+        group(43, constantWidth);
     if (elevation != 0.0)
         group(38, elevation);
     for (const DxfVertex& v : vertices) {
@@ -556,23 +580,31 @@ bool DxfWriter::addPolyline(
         if (v.bulge != 0.0)
             group(42, v.bulge);
     }
+    writeNormal(style);
     writeStyleXData(style);
     return !m_failed;
 }
 
 // The groups a text, an attribute and a definition share, up to their own subclass.
-void DxfWriter::writeTextBody(const DxfText& text, const char* subclass)
+void DxfWriter::writeTextBody(const DxfText& text, const char* subclass, const Style& style)
 {
     point(10, text.position);
     group(40, text.height);
     group(1, text.text);
     if (text.rotationDegrees != 0.0)
         group(50, text.rotationDegrees);
+    if (text.widthFactor != 1.0)
+        group(41, text.widthFactor);
+    if (text.obliqueDegrees != 0.0)
+        group(51, text.obliqueDegrees);
+    if (text.generationFlags != 0)
+        groupInt(71, text.generationFlags);
     const bool aligned = text.horizontalMode != 0 || text.verticalMode != 0;
     if (text.horizontalMode != 0)
         groupInt(72, text.horizontalMode);
     if (aligned)
         point(11, text.alignment);
+    writeNormal(style);
     if (modern() && subclass)
         group(100, subclass);
 }
@@ -581,7 +613,7 @@ bool DxfWriter::addText(const DxfText& text, const Style& style)
 {
     QV_DXF_ENTITY_PHASE()
     startEntity("TEXT", "AcDbText", style);
-    writeTextBody(text, "AcDbText");
+    writeTextBody(text, "AcDbText", style);
     if (text.verticalMode != 0)
         groupInt(73, text.verticalMode);
     writeStyleXData(style);
@@ -592,7 +624,7 @@ bool DxfWriter::addAttributeDefinition(const DxfText& definition, const Style& s
 {
     QV_DXF_ENTITY_PHASE()
     startEntity("ATTDEF", "AcDbText", style);
-    writeTextBody(definition, "AcDbAttributeDefinition");
+    writeTextBody(definition, "AcDbAttributeDefinition", style);
     group(3, definition.prompt);
     group(2, definition.tag);
     groupInt(70, definition.flags);
@@ -604,7 +636,7 @@ bool DxfWriter::addAttributeDefinition(const DxfText& definition, const Style& s
 
 bool DxfWriter::addBlockReference(const QString& blockName, const ZcGePoint3d& position,
     const ZcGePoint3d& scale, double rotationDegrees, const QList<QPair<DxfText, Style>>& attributes,
-    const Style& style)
+    const Style& style, const DxfInsertGrid& grid)
 {
     if (blockName.isEmpty())
         return false;
@@ -621,12 +653,19 @@ bool DxfWriter::addBlockReference(const QString& blockName, const ZcGePoint3d& p
     }
     if (rotationDegrees != 0.0)
         group(50, rotationDegrees);
+    if (grid.columns > 1 || grid.rows > 1) {
+        groupInt(70, grid.columns);
+        groupInt(71, grid.rows);
+        group(44, grid.columnSpacing);
+        group(45, grid.rowSpacing);
+    }
+    writeNormal(style);
     writeStyleXData(style);
     if (attributes.isEmpty())
         return !m_failed;
     for (const auto& [attribute, attributeStyle] : attributes) {
         startEntity("ATTRIB", "AcDbText", attributeStyle);
-        writeTextBody(attribute, "AcDbAttribute");
+        writeTextBody(attribute, "AcDbAttribute", attributeStyle);
         group(2, attribute.tag);
         groupInt(70, attribute.flags);
         if (attribute.verticalMode != 0)
@@ -643,7 +682,7 @@ bool DxfWriter::addBlockReference(const QString& blockName, const ZcGePoint3d& p
 }
 
 bool DxfWriter::addMText(const ZcGePoint3d& position, const QString& contents, double height, double width,
-    double rotationRadians, int attachment, const Style& style)
+    double rotationDegrees, int attachment, const Style& style, double lineSpacingFactor)
 {
     if (!modern())
         return false;
@@ -662,8 +701,11 @@ bool DxfWriter::addMText(const ZcGePoint3d& position, const QString& contents, d
         at += size;
     }
     group(1, contents.mid(at));
-    if (rotationRadians != 0.0)
-        group(50, rotationRadians);
+    writeNormal(style);
+    if (rotationDegrees != 0.0)
+        group(50, rotationDegrees);
+    if (lineSpacingFactor != 1.0)
+        group(44, lineSpacingFactor);
     writeStyleXData(style);
     return !m_failed;
 }

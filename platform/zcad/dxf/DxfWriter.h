@@ -30,6 +30,12 @@ struct DxfStyle
     int colorIndex = 256;
     qint64 trueColor = -1;
     QString linetype = QString();
+    // The entity's own scale of its line type's pattern.
+    double linetypeScale = 1.0;
+    // The extrusion direction of the kinds drawn in their own coordinate system
+    // (arcs, circles, texts, multi-line texts, block references, polylines): their
+    // points and angles are in that system, as read.
+    ZcGeVector3d normal { 0.0, 0.0, 1.0 };
     const std::vector<ZcDbXDataApp>* xdata = nullptr;
     bool paperSpace = false;
 };
@@ -61,10 +67,22 @@ struct DxfText
     double rotationDegrees = 0.0;
     int horizontalMode = 0;
     int verticalMode = 0;
+    double widthFactor = 1.0;
+    double obliqueDegrees = 0.0;
+    // 2 written backward, 4 upside down.
+    int generationFlags = 0;
     // Attributes and their definitions.
     QString tag;
     QString prompt;
     int flags = 0;
+};
+// A block placed as a grid of copies (columns along the reference's x axis).
+struct DxfInsertGrid
+{
+    int columns = 1;
+    int rows = 1;
+    double columnSpacing = 0.0;
+    double rowSpacing = 0.0;
 };
 // One vertex of a polyline with the bulge of the segment that starts there.
 struct DxfVertex
@@ -135,15 +153,18 @@ public:
         const QList<Attribute>& attributes = {}, const Style& style = {}, double scale = 1.0,
         double rotationDegrees = 0.0);
     // The full forms, for writing back what a drawing held.
-    bool addPolyline(
-        const std::vector<DxfVertex>& vertices, bool closed, double elevation, const Style& style);
+    bool addPolyline(const std::vector<DxfVertex>& vertices, bool closed, double elevation,
+        const Style& style, double constantWidth = 0.0);
     bool addText(const DxfText& text, const Style& style);
     bool addAttributeDefinition(const DxfText& definition, const Style& style);
     // Attributes each with their own style.
     bool addBlockReference(const QString& blockName, const ZcGePoint3d& position, const ZcGePoint3d& scale,
-        double rotationDegrees, const QList<QPair<DxfText, Style>>& attributes, const Style& style);
+        double rotationDegrees, const QList<QPair<DxfText, Style>>& attributes, const Style& style,
+        const DxfInsertGrid& grid = {});
     bool addMText(const ZcGePoint3d& position, const QString& contents, double height, double width,
-        double rotationRadians, int attachment, const Style& style);
+        double rotationDegrees, int attachment, const Style& style, double lineSpacingFactor = 1.0);
+    // "$LTSCALE": the scale of every line type's pattern; before the first entity.
+    void setLinetypeScale(double scale) { m_linetypeScale = scale; }
     // An entity of a kind the writer does not model, from its groups as read
     // (code and text, without the 0 group), in file order: with a new handle, and
     // without the pointers to its owner, reactors and dictionary.
@@ -167,8 +188,9 @@ private:
     void startEntity(const char* type, const char* subclass, const Style& style);
     void writeXData(const std::vector<ZcDbXDataApp>& xdata);
     void writeAttribute(const Attribute& attribute, const Style& style);
-    void writeTextBody(const DxfText& text, const char* subclass);
+    void writeTextBody(const DxfText& text, const char* subclass, const Style& style);
     void writeStyleXData(const Style& style);
+    void writeNormal(const Style& style);
     void writeLinetypes();
     void group(int code, const QString& value);
     void group(int code, const char* value);
@@ -186,6 +208,7 @@ private:
     Phase m_phase = Phase::Tables;
     quint64 m_nextHandle = 0x100;
     bool m_failed = false;
+    double m_linetypeScale = 1.0;
     QList<DxfLayer> m_layers;
     QList<DxfLinetype> m_linetypes;
     QStringList m_apps;

@@ -4,7 +4,10 @@ usage: make_floor.py OUT.dxf [VERSION]
 Layers with colours and states, lines, arcs, circles, bulged polylines, texts,
 multi-line text, a block with attribute definitions and references to it with
 attributes, extended data of another application, and kinds this host has no
-class for (an ellipse, a spline). The lines from x 0 to 9000 at y 1000 to 3000
+class for (an ellipse, a spline); and what mirroring, line types and text
+styles leave in a drawing: extrusion (0,0,-1), a line type with its own scale and
+the drawing's, width factor, slant, a turned multi-line text, a grid of copies
+and a wide polyline. The lines from x 0 to 9000 at y 1000 to 3000
 are the pipes a drafter gives system codes to.
 """
 import sys
@@ -43,6 +46,20 @@ def build(path, version="R2018"):
     tagged.set_xdata("OTHERAPP", [(1000, "kept"), (1070, 3), (1040, 2.5)])
     msp.add_ellipse((16000, 2000), major_axis=(1500, 0), ratio=0.5)
     msp.add_spline([(12000, 1000), (13000, 2000), (14000, 1000), (15000, 2000)])
+    doc.header["$LTSCALE"] = 2.0
+    doc.linetypes.add("点划", pattern=[20.0, 12.0, -4.0, 0.0, -4.0], description="点划 _ . _")
+    msp.add_arc((-8000, 2000), 500, 30, 120, dxfattribs={"extrusion": (0, 0, -1)})
+    msp.add_circle((-8000, 4000), 300, dxfattribs={"extrusion": (0, 0, -1)})
+    msp.add_line((0, 9000), (9000, 9000), dxfattribs={"linetype": "点划", "ltscale": 3.0})
+    msp.add_text("斜体", dxfattribs={"height": 300, "insert": (1000, 9500), "width": 0.7, "oblique": 15,
+                                   "text_generation_flag": 2})
+    turned = msp.add_mtext("转角\P文字", dxfattribs={"char_height": 250, "insert": (5000, 9500),
+                                                    "rotation": 30, "line_spacing_factor": 1.5})
+    turned.dxf.width = 3000
+    grid = msp.add_blockref("房间标签", (30000, 0), dxfattribs={"extrusion": (0, 0, -1)})
+    grid.grid(size=(2, 3), spacing=(800, 1200))
+    wide = msp.add_lwpolyline([(0, 11000), (4000, 11000), (4000, 12000)])
+    wide.dxf.const_width = 50
     doc.saveas(path)
 
 
