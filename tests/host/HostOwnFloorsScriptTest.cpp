@@ -67,7 +67,7 @@ TEST(HostOwnFloors, FromADrawingToASavedColouredFloor)
                "command FPBH\n"
                "expect 5 个对象赋上了系统编号 生活给水。\n"
                "command SAVE\n"
-               "expect 已保存 1F.dxf: 15 个对象, 其中 5 个带系统编号, 按系统显示颜色。\n");
+               "expect 已保存 1F.dxf: 22 个对象, 其中 5 个带系统编号, 按系统显示颜色。\n");
     text.close();
     const HostRun run
         = RunQvhost({ QStringLiteral("--project"), project, QStringLiteral("--script"), script });

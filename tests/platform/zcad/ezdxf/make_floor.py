@@ -48,8 +48,8 @@ def build(path, version="R2018"):
     msp.add_spline([(12000, 1000), (13000, 2000), (14000, 1000), (15000, 2000)])
     doc.header["$LTSCALE"] = 2.0
     doc.linetypes.add("点划", pattern=[20.0, 12.0, -4.0, 0.0, -4.0], description="点划 _ . _")
-    msp.add_arc((-8000, 2000), 500, 30, 120, dxfattribs={"extrusion": (0, 0, -1)})
-    msp.add_circle((-8000, 4000), 300, dxfattribs={"extrusion": (0, 0, -1)})
+    msp.add_arc((-30000, 2000), 500, 30, 120, dxfattribs={"extrusion": (0, 0, -1)})
+    msp.add_circle((-30000, 4000), 300, dxfattribs={"extrusion": (0, 0, -1)})
     msp.add_line((0, 9000), (9000, 9000), dxfattribs={"linetype": "点划", "ltscale": 3.0})
     msp.add_text("斜体", dxfattribs={"height": 300, "insert": (1000, 9500), "width": 0.7, "oblique": 15,
                                    "text_generation_flag": 2})
