@@ -75,24 +75,6 @@ QString describeDrawing(const FloorDrawing& drawing)
         .arg(drawing.productEntities);
 }
 
-// Everything a refused or failed `new` made goes again: the folder when it made
-// it, else what it put into the (empty) folder.
-void removeMade(const QString& folder, bool madeFolder)
-{
-    QvKsDataMng::CloseProject();
-    QDir dir(folder);
-    if (madeFolder) {
-        dir.removeRecursively();
-        return;
-    }
-    for (const QFileInfo& entry : dir.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) {
-        if (entry.isDir() && !entry.isSymLink())
-            QDir(entry.filePath()).removeRecursively();
-        else
-            QFile::remove(entry.filePath());
-    }
-}
-
 QString validateFloors(const QList<FloorSource>& floors)
 {
     if (floors.isEmpty())
@@ -120,6 +102,24 @@ bool copyDrawing(const QString& folder, const QString& fileName, const QByteArra
 }
 
 } // namespace
+
+// Everything a refused or failed `new` made goes again: the folder when it made
+// it, else what it put into the (empty) folder.
+void RemoveMade(const QString& folder, bool madeFolder)
+{
+    QvKsDataMng::CloseProject();
+    QDir dir(folder);
+    if (madeFolder) {
+        dir.removeRecursively();
+        return;
+    }
+    for (const QFileInfo& entry : dir.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) {
+        if (entry.isDir() && !entry.isSymLink())
+            QDir(entry.filePath()).removeRecursively();
+        else
+            QFile::remove(entry.filePath());
+    }
+}
 
 bool ParseFloorArgument(const QString& argument, FloorSource& floor)
 {
@@ -233,7 +233,7 @@ int New(const QString& folder, const QString& name, const QList<FloorSource>& fl
     const bool madeFolder = !dir.exists();
     QString error;
     if (!QvKsDataMng::CreateProject(folder, name, &error)) {
-        removeMade(folder, madeFolder);
+        RemoveMade(folder, madeFolder);
         return fail(err, error);
     }
     const QString projectFolder = QvKsDataMng::ProjectFolder();
@@ -258,7 +258,7 @@ int New(const QString& folder, const QString& name, const QList<FloorSource>& fl
         }
     }
     if (!made) {
-        removeMade(folder, madeFolder);
+        RemoveMade(folder, madeFolder);
         return error.isEmpty() ? 1 : fail(err, error);
     }
     for (const QString& spec : CISysCode::GetAllSpecNames()) {

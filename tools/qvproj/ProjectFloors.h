@@ -25,6 +25,9 @@ bool ParseFloorArgument(const QString& argument, FloorSource& floor);
 // specialties and codes and the given floors (the first current).
 int New(const QString& folder, const QString& name, const QList<FloorSource>& floors, QTextStream& out,
     QTextStream& err);
+// Everything a refused or failed `new` made goes again: the folder when `new` made
+// it, else what it put into the (then empty) folder.
+void RemoveMade(const QString& folder, bool madeFolder);
 int AddFloor(const QString& folder, const FloorSource& floor, QTextStream& out, QTextStream& err);
 int Floors(const QString& folder, QTextStream& out, QTextStream& err);
 

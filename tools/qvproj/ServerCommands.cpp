@@ -3,8 +3,6 @@
 #include "QvKsDataMng.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QStringList>
 #include <QTextStream>
 
@@ -44,18 +42,7 @@ int NewOwnOnServer(const QString& folder, const QString& url, const QString& nam
         return 0;
     }
     // The folder was new or empty before: what is in it now is the project made.
-    QvKsDataMng::CloseProject();
-    QDir dir(folder);
-    if (!folderExisted)
-        dir.removeRecursively();
-    else
-        for (const QFileInfo& entry :
-            dir.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden)) {
-            if (entry.isDir() && !entry.isSymLink())
-                QDir(entry.filePath()).removeRecursively();
-            else
-                QFile::remove(entry.filePath());
-        }
+    ProjectFloors::RemoveMade(folder, !folderExisted);
     return fail(err, error);
 }
 
