@@ -7,6 +7,7 @@
 #include "DxfWriter.h"
 #include "ProjectFloors.h"
 #include "QvKsDataMng.h"
+#include "QvProjRun.h"
 #include "Specialty.h"
 
 #include <QDir>
@@ -17,23 +18,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-struct ToolRun
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
-
-ToolRun qvproj(const QStringList& args)
-{
-    QProcess process;
-    process.start(QStringLiteral(QVPROJ_EXE), args);
-    process.waitForFinished(60000);
-    return { process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-        QString::fromUtf8(process.readAllStandardOutput()),
-        QString::fromUtf8(process.readAllStandardError()) };
-}
 
 // A small floor: walls and, when asked, one pipe with a code.
 QString writeFloor(const QString& path, int walls, const QString& indexPath = QString())

@@ -2,29 +2,13 @@
 // and print / export / import the same as on a store file.
 #include "DxfWriter.h"
 #include "PgTestServer.h"
+#include "QvProjRun.h"
 #include "TempProject.h"
 
 #include <QDir>
 #include <QProcess>
 
 namespace {
-
-struct ToolRun
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
-
-ToolRun qvproj(const QStringList& args)
-{
-    QProcess process;
-    process.start(QStringLiteral(QVPROJ_EXE), args);
-    process.waitForFinished(60000);
-    return { process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-        QString::fromUtf8(process.readAllStandardOutput()),
-        QString::fromUtf8(process.readAllStandardError()) };
-}
 
 struct QvProjServer : ::testing::Test
 {

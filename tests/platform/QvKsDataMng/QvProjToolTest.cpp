@@ -1,4 +1,5 @@
 // The project tool as a user runs it: demo, print, export, import, bad input.
+#include "QvProjRun.h"
 #include "TempProject.h"
 
 #include <QElapsedTimer>
@@ -10,23 +11,6 @@
 #include <sys/stat.h>
 
 namespace {
-
-struct ToolRun
-{
-    int code = -1;
-    QString out;
-    QString err;
-};
-
-ToolRun qvproj(const QStringList& args)
-{
-    QProcess process;
-    process.start(QStringLiteral(QVPROJ_EXE), args);
-    process.waitForFinished(60000);
-    return { process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-        QString::fromUtf8(process.readAllStandardOutput()),
-        QString::fromUtf8(process.readAllStandardError()) };
-}
 
 struct QvProjTool : ::testing::Test
 {
