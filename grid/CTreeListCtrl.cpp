@@ -39,6 +39,7 @@ CTreeListCtrl::CTreeListCtrl(QWidget* parent)
     , m_combo(new CTreeListCombo(this, viewport()))
     , m_editBtn(new CTreeListEditBtn(this, viewport()))
 {
+    m_model->setOwner(this);
     setModel(m_model);
     setItemDelegate(new CTreeListCellDelegate(this));
     setSelectionMode(QAbstractItemView::ExtendedSelection);

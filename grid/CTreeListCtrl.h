@@ -26,7 +26,7 @@ class CTreeListCombo;
 class CTreeListEditBtn;
 class CTreeListEditorBase;
 
-class CTreeListCtrl : public QTreeView
+class CTreeListCtrl : public QTreeView, private CTreeListModel::Owner
 {
     Q_OBJECT
 public:
@@ -88,6 +88,12 @@ public:
     // Column 0 is the tree text; at most 300 characters of it are read.
     QString GetItemText(HTREEITEM item, int column = 0) const;
     BOOL SetItemText(HTREEITEM item, const QString& text, int column = 0);
+    // Typed cells (see CTreeListCell): a column given a value format holds values,
+    // its texts derived from them. Recorded for undo like a text.
+    BOOL SetItemValue(HTREEITEM item, const QVariant& value, int column);
+    QVariant GetItemValue(HTREEITEM item, int column) const;
+    void SetColumnValueFormat(int column, std::function<QString(const QVariant&)> toText,
+        std::function<QVariant(const QString&)> fromText);
     // Unset colours read as the button-text colour, black (0x000000).
     COLORREF GetItemColor(HTREEITEM item, int column) const;
     COLORREF GetItemBackColor(HTREEITEM item, int column) const;
@@ -218,6 +224,14 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
+    // CTreeListModel::Owner: edits through the model's generic calls.
+    bool writeCell(HTREEITEM item, int column, const QVariant& value) override;
+    HTREEITEM insertChild(HTREEITEM parent, int position) override;
+    bool removeChild(HTREEITEM item) override;
+    bool moveChild(HTREEITEM item, HTREEITEM parent, int position) override;
+    // The insert-after handle that puts an item at `position` among `parent`'s children.
+    static HTREEITEM AfterPosition(HTREEITEM parent, int position);
+
     bool valid(HTREEITEM item) const;
     bool validCell(HTREEITEM item, int column) const;
     void notifyCellChanged(HTREEITEM item, int column);

@@ -6,13 +6,19 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 #include <cstdint>
 #include <vector>
 
 struct CTreeListCell
 {
+    // What the cell shows. In a column with a value format it is derived from
+    // `value` (or given, and `value` read from it); elsewhere it is the value.
     QString text;
+    // The cell's typed value (a number, a path…) in a column with a value format;
+    // empty elsewhere, and when a given text did not read as one.
+    QVariant value;
     COLORREF textColor = 0;
     COLORREF backColor = 0;
     bool hasTextColor = false;

@@ -212,7 +212,29 @@ void CTreeListItemTree::renumberFrom(HTREEITEM parent, int first)
 void CTreeListItemTree::setText(HTREEITEM item, int column, const QString& text)
 {
     ++m_contentChanges;
-    item->cellForWrite(column).text = text;
+    CTreeListCell& cell = item->cellForWrite(column);
+    cell.text = text;
+    if (column < columnCount() && m_columns[size_t(column)].fromText)
+        cell.value = m_columns[size_t(column)].fromText(text);
+}
+
+void CTreeListItemTree::setValue(HTREEITEM item, int column, const QVariant& value)
+{
+    ++m_contentChanges;
+    CTreeListCell& cell = item->cellForWrite(column);
+    if (column < columnCount() && m_columns[size_t(column)].toText) {
+        cell.text = m_columns[size_t(column)].toText(value);
+        cell.value = value;
+    } else {
+        cell.text = value.toString();
+        cell.value.clear();
+    }
+}
+
+QVariant CTreeListItemTree::value(HTREEITEM item, int column) const
+{
+    const CTreeListCell& cell = item->cell(column);
+    return cell.value.isValid() ? cell.value : QVariant(cell.text);
 }
 
 void CTreeListItemTree::setCell(HTREEITEM item, int column, const CTreeListCell& cell)

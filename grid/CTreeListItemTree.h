@@ -27,6 +27,10 @@ struct CTreeListColumn
     // The editor and drop-down items of the column's cells that have none of their own.
     int editMode = 0;
     QStringList options;
+    // A column whose cells hold typed values: the text a value shows, and the value
+    // a text given to a cell stands for (invalid when it stands for none).
+    std::function<QString(const QVariant&)> toText;
+    std::function<QVariant(const QString&)> fromText;
 };
 
 // Orders two items for sorting: negative when the first goes before the second.
@@ -73,6 +77,11 @@ public:
 
     // Cells.
     void setText(HTREEITEM item, int column, const QString& text);
+    // In a column without a value format the value is kept as the cell's text.
+    void setValue(HTREEITEM item, int column, const QVariant& value);
+    // A cell's typed value; its text where the column has no value format or the
+    // text stands for no value.
+    QVariant value(HTREEITEM item, int column) const;
     void setTextColor(HTREEITEM item, int column, COLORREF colour);
     void setBackColor(HTREEITEM item, int column, COLORREF colour);
     // A cell given an editor or items keeps its own from then on; the other half

@@ -239,6 +239,8 @@ QVariant CTreeListModel::data(const QModelIndex& index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return cell.text;
+    case Qt::EditRole:
+        return m_tree.value(item, index.column());
     case Qt::ForegroundRole:
         return cell.hasTextColor ? QVariant(ColorFromColorref(cell.textColor)) : QVariant();
     case Qt::BackgroundRole:
@@ -265,5 +267,103 @@ Qt::ItemFlags CTreeListModel::flags(const QModelIndex& index) const
 {
     if (!index.isValid())
         return Qt::NoItemFlags;
-    return Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable;
+}
+
+HTREEITEM CTreeListModel::itemOrRoot(const QModelIndex& index) const
+{
+    return index.isValid() ? itemFromIndex(index) : m_tree.root();
+}
+
+bool CTreeListModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    HTREEITEM item = itemFromIndex(index);
+    if (!item || (role != Qt::EditRole && role != Qt::DisplayRole))
+        return false;
+    return m_owner ? m_owner->writeCell(item, index.column(), value) : writeCell(item, index.column(), value);
+}
+
+bool CTreeListModel::writeCell(HTREEITEM item, int column, const QVariant& value)
+{
+    if (!m_tree.isItem(item) || item == m_tree.root() || column < 0 || column >= m_tree.columnCount())
+        return false;
+    if (value.typeId() == QMetaType::QString)
+        m_tree.setText(item, column, value.toString());
+    else
+        m_tree.setValue(item, column, value);
+    cellChanged(item, column);
+    return true;
+}
+
+HTREEITEM CTreeListModel::insertChild(HTREEITEM parent, int position)
+{
+    if (!m_tree.isItem(parent) || position < 0 || position > int(parent->children().size()))
+        return nullptr;
+    beginInsertRows(indexFromItem(parent), position, position);
+    HTREEITEM item = m_tree.insertAt(parent, position, QString());
+    endInsertRows();
+    return item;
+}
+
+bool CTreeListModel::moveChild(HTREEITEM item, HTREEITEM parent, int position)
+{
+    if (!m_tree.isItem(item) || item == m_tree.root() || !m_tree.isItem(parent)
+        || m_tree.isAncestorOrSelf(item, parent) || position < 0 || position > int(parent->children().size()))
+        return false;
+    const int from = item->indexInParent();
+    if (!beginMoveRows(indexFromItem(item->parent()), from, from, indexFromItem(parent), position))
+        return item->parent() == parent; // already there
+    m_tree.moveTo(item, parent, position);
+    endMoveRows();
+    return true;
+}
+
+bool CTreeListModel::insertRows(int row, int count, const QModelIndex& parent)
+{
+    HTREEITEM p = itemOrRoot(parent);
+    if (!p || count < 1 || row < 0 || row > int(p->children().size()))
+        return false;
+    for (int i = 0; i < count; ++i)
+        if (!(m_owner ? m_owner->insertChild(p, row + i) : insertChild(p, row + i)))
+            return false;
+    return true;
+}
+
+bool CTreeListModel::removeRows(int row, int count, const QModelIndex& parent)
+{
+    HTREEITEM p = itemOrRoot(parent);
+    if (!p || count < 1 || row < 0 || row + count > int(p->children().size()))
+        return false;
+    // From the last, so the rows still to go keep their numbers.
+    for (int i = row + count - 1; i >= row; --i) {
+        HTREEITEM item = p->children()[size_t(i)];
+        if (!m_owner)
+            removeItem(item);
+        else if (!m_owner->removeChild(item))
+            return false;
+    }
+    return true;
+}
+
+bool CTreeListModel::moveRows(const QModelIndex& sourceParent, int sourceRow, int count,
+    const QModelIndex& destinationParent, int destinationChild)
+{
+    HTREEITEM from = itemOrRoot(sourceParent);
+    HTREEITEM to = itemOrRoot(destinationParent);
+    if (!from || !to || count < 1 || sourceRow < 0 || sourceRow + count > int(from->children().size())
+        || destinationChild < 0 || destinationChild > int(to->children().size()))
+        return false;
+    const std::vector<HTREEITEM> moving(
+        from->children().begin() + sourceRow, from->children().begin() + sourceRow + count);
+    // Each goes in front of the item that was at the destination, or last.
+    HTREEITEM before = destinationChild < int(to->children().size()) ? to->children()[size_t(destinationChild)]
+                                                                       : nullptr;
+    if (before && std::find(moving.begin(), moving.end(), before) != moving.end())
+        return from == to; // onto itself: nothing moves
+    for (HTREEITEM item : moving) {
+        const int position = before ? before->indexInParent() : int(to->children().size());
+        if (!(m_owner ? m_owner->moveChild(item, to, position) : moveChild(item, to, position)))
+            return false;
+    }
+    return true;
 }

@@ -133,6 +133,26 @@ INSTANTIATE_TEST_SUITE_P(Grid, EveryChange,
                 HTREEITEM n = g.InsertItem("N", a, TVI_FIRST);
                 g.DeleteItem(n);
                 g.MoveItem(b, TVI_ROOT, TVI_FIRST);
+            } },
+        RecordedChange { "typed value",
+            [](CTreeListCtrl& g, HTREEITEM, HTREEITEM a1, HTREEITEM) {
+                g.SetColumnValueFormat(
+                    2, [](const QVariant& v) { return QString::asprintf("%g", v.toDouble()); }, nullptr);
+                g.SetItemValue(a1, 2.5, 2);
+            } },
+        RecordedChange { "cell written through the model",
+            [](CTreeListCtrl& g, HTREEITEM, HTREEITEM a1, HTREEITEM) {
+                QAbstractItemModel* m = g.model();
+                m->setData(g.GetModel()->indexFromItem(a1, 2), QStringLiteral("via model"));
+            } },
+        RecordedChange { "rows put taken and moved through the model",
+            [](CTreeListCtrl& g, HTREEITEM a, HTREEITEM, HTREEITEM) {
+                QAbstractItemModel* m = g.model();
+                const QModelIndex parent = g.GetModel()->indexFromItem(a);
+                m->insertRows(0, 2, parent);
+                m->setData(m->index(0, 0, parent), QStringLiteral("N0"));
+                m->moveRows(parent, 0, 1, QModelIndex(), 1);
+                m->removeRows(1, 1, QModelIndex());
             } }),
     [](const ::testing::TestParamInfo<RecordedChange>& info) {
         std::string name = info.param.name;
