@@ -1,7 +1,7 @@
 #include "SysCodeColumns.h"
 
 #include "CSysCodeData.h"
-#include "PipeInfoPath.h"
+#include "SysCodeCells.h"
 #include "TreeListTypes.h"
 
 namespace {
@@ -39,14 +39,6 @@ bool isPipeColumn(int logical)
     return logical == kColPipeInfo || logical == kColHorLaying || logical == kColVerLaying;
 }
 
-// The width as "%g" writes it; an unset width (-1) shows the row kind's default.
-QString lineWidthText(double width, bool withPipeColumns)
-{
-    const QString text = QString::asprintf("%g", width);
-    if (text == QLatin1String("-1"))
-        return withPipeColumns ? QStringLiteral("30") : QStringLiteral("1");
-    return text;
-}
 } // namespace
 
 QList<SysCodeColumnInfo> SysCodeColumnSet(bool withPipeColumns)
@@ -73,18 +65,13 @@ int SysCodeVisibleColumn(int logical, bool withPipeColumns)
     return logical < kColPipeInfo ? logical : logical - 3;
 }
 
-QString PipeInfoDisplayText(const QString& pipeInfoPath)
-{
-    return PipeInfoDisplayName(pipeInfoPath);
-}
-
 QStringList SysCodeCellTexts(const CSysCodeData& node, bool withPipeColumns)
 {
     QStringList texts;
     texts.reserve(kSysCodeColumnCount);
-    texts << node.GetNodeName() << QString() << PipeInfoDisplayText(node.GetAddedMsg())
-          << node.GetHorLayingMode() << node.GetVerLayingMode() << node.GetLineStyle() << node.GetLineString()
-          << lineWidthText(node.GetLineWidth(), withPipeColumns) << QString::asprintf("%d", node.GetAlpha())
-          << node.GetDescribe();
+    for (int logical = 0; logical < kSysCodeColumnCount; ++logical)
+        texts << (logical == kColColor
+                ? QString()
+                : SysCodeValueText(logical, SysCodeCellValue(node, logical, withPipeColumns)));
     return texts;
 }

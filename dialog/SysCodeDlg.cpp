@@ -6,8 +6,10 @@
 #include "DialogTemplate.h"
 #include "Resource.h"
 #include "Specialty.h"
+#include "SysCodeColumns.h"
 #include "SysCodeIcon.h"
 #include "SysCodeIndexPath.h"
+#include "SysCodePath.h"
 #include "SysCodeUndoGroup.h"
 
 #include <QApplication>
@@ -164,9 +166,13 @@ bool SysCodeDlg::IsElectrical() const
     return IsElectricalSpec(m_strSpec);
 }
 
+bool SysCodeDlg::IsModified() const
+{
+    return !m_tree.IsUndoClean();
+}
+
 void SysCodeDlg::SetSavedFlags()
 {
-    m_bModified = false;
     m_bColorChanged = true;
     m_tree.ClearUndo();
 }
@@ -182,20 +188,19 @@ bool SysCodeDlg::OnCommand(int commandId)
     const SysCodeUndoGroup undoGroup(*this);
     switch (commandId) {
     case ID_MENU_ADD_SIBLING:
-        if (AddSiblingRow())
-            m_bModified = true;
+        AddSiblingRow();
         break;
     case ID_MENU_ADD_CHILD:
-        if (AddChildRow())
-            m_bModified = true;
+        AddChildRow();
         break;
     case ID_MENU_DELETE:
-        if (DeleteSelectedRows())
-            m_bModified = true;
+        DeleteSelectedRows();
         break;
     case ID_MENU_INSERT:
-        if (m_tree.GetChildItem(m_tree.GetRootItem()) ? AppendTopLevelRow() : CreateFirstRow())
-            m_bModified = true;
+        if (m_tree.GetChildItem(m_tree.GetRootItem()))
+            AppendTopLevelRow();
+        else
+            CreateFirstRow();
         break;
     case ID_MENU_COPY:
         CopyRow(m_pCurRow);
@@ -214,7 +219,7 @@ QString SysCodeDlg::GetRowFullName(HTREEITEM row) const
     QStringList names;
     for (HTREEITEM p = row; p && p != m_tree.GetRootItem(); p = m_tree.GetParentItem(p))
         names.prepend(m_tree.GetItemText(p, 0));
-    return names.join(QLatin1Char('\\'));
+    return names.join(QLatin1Char('\\')); // the store's spelling (see SysCodePath)
 }
 
 HTREEITEM SysCodeDlg::FindRowByFullName(const QString& fullName) const
@@ -223,7 +228,7 @@ HTREEITEM SysCodeDlg::FindRowByFullName(const QString& fullName) const
         return nullptr;
     HTREEITEM parent = m_tree.GetRootItem();
     HTREEITEM found = nullptr;
-    for (const QString& level : fullName.split(QLatin1Char('\\'))) {
+    for (const QString& level : SplitSysCodePath(fullName)) {
         found = nullptr;
         for (HTREEITEM c = m_tree.GetChildItem(parent); c; c = m_tree.GetNextSiblingItem(c)) {
             if (m_tree.GetItemText(c, 0) == level) {
@@ -243,6 +248,12 @@ QString SysCodeDlg::GetSysCodeIndexPath(QString& fullPath)
     return ::GetSysCodeIndexPath(fullPath, m_bSelCodeReplaced);
 }
 
+QString SysCodeDlg::GetRowInfo(HTREEITEM row) const
+{
+    const int column = SysCodeVisibleColumn(kColPipeInfo, IsElectrical());
+    return column < 0 ? QString() : m_tree.GetItemValue(row, column).toString();
+}
+
 int SysCodeDlg::GetRowNodeIndex(HTREEITEM row) const
 {
     return int(m_tree.GetItemData(row));
@@ -253,7 +264,6 @@ void SysCodeDlg::OnGridDeleteItem(const NMLISTVIEW& info)
     // A drag moves rows through delete notices; their data goes with them.
     if (m_bDragging)
         return;
-    EraseRowInfo(info.hItem);
     if (m_pCurRow == info.hItem)
         m_pCurRow = nullptr;
 }

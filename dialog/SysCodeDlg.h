@@ -116,7 +116,6 @@ public:
     HTREEITEM m_hDropTarget = nullptr;
     double m_dDragScroll = 0.0;
     QString m_strSelCode;
-    std::unordered_map<HTREEITEM, QString> m_mapRowInfo;
     std::map<QString, QVector<SQvKsQdInfo>> m_mapQdInfo;
     std::map<QString, QVector<SQvKsDeInfo>> m_mapDeInfo;
     std::vector<std::pair<QString, QString>> m_renames;
@@ -129,8 +128,11 @@ public:
     // stored the specialty in between, merges from these.
     std::unique_ptr<CSysCodeData> m_pStoredCodes;
     quint64 m_nStoredStamp = 0;
-    // Saving clears the first and sets the second in one step (SetSavedFlags).
-    bool m_bModified = false;
+    // Whether the rows differ from those the dialog filled or last saved: the undo
+    // history's clean point, so undoing back to it clears it. Every change to the
+    // codes is a recorded change to the grid; nothing else marks the dialog.
+    bool IsModified() const;
+    // Set by a save (SetSavedFlags), which also makes the rows the clean point.
     bool m_bColorChanged = false;
     bool m_bLineTypesChanged = false;
     bool m_bOtherFloorsScanned = false;
@@ -155,15 +157,11 @@ public:
     void reject() override;
 
     // Undo (true) or redo (false) of the last change to the grid; false when there
-    // is none to replay. The modified flag follows: clear back at the state opened
-    // or last saved.
+    // is none to replay.
     bool ReplayUndo(bool undo);
-    // The pipeline information beside a row, changed as one step of the operation
-    // being recorded.
-    void SetRowInfo(HTREEITEM row, const QString& info);
-    void EraseRowInfo(HTREEITEM row);
-    // Counts the changes to m_mapRowInfo made through these and their undo steps.
-    std::uint64_t m_nRowInfoChanges = 0;
+    // A row's pipeline information: the whole path its pipeline cell holds (the
+    // cell shows the last part); empty for a specialty without the column.
+    QString GetRowInfo(HTREEITEM row) const;
     // Operations being recorded as one undo step (see SysCodeUndoGroup).
     int m_nUndoDepth = 0;
     // The drop-down lists by logical column while rows are being inserted; empty
@@ -219,7 +217,6 @@ protected:
     bool IsOverGrid(const QPoint& screenPos) const;
     void EndDrag();
     void ConnectUndoKeys();
-    void RestoreRowInfo(HTREEITEM row, const std::optional<QString>& info);
     // Finding codes (Ctrl+F).
     void ConnectFind();
     void PlaceFind();
@@ -234,7 +231,7 @@ protected:
     void RunKeyCommand(int commandId);
     bool MoveRowAmongSiblings(bool down);
     // The pipeline-information cell's button (10009) of `row`: the picker, and the
-    // chosen path into m_mapRowInfo with its last part in the cell.
+    // chosen path into the row's pipeline cell.
     void OnPipeInfoCellButton(HTREEITEM row);
 
     // Batch modification (button 202) and the pipeline-information cell's button.

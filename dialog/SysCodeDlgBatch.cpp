@@ -47,8 +47,7 @@ void SysCodeDlg::OnBatchModify()
     dialog.SetVerModes(m_tree.GetEditOptions(first, SysCodeVisibleColumn(kColVerLaying, withPipeColumns)));
     dialog.m_strSpec = m_strSpec;
     dialog.m_color = m_tree.GetItemColor(first, SysCodeVisibleColumn(kColColor, withPipeColumns));
-    const auto info = m_mapRowInfo.find(first);
-    dialog.m_strPipeInfo = info == m_mapRowInfo.end() ? QString() : info->second;
+    dialog.m_strPipeInfo = GetRowInfo(first);
     dialog.m_strHorMode = GetCellText(first, kColHorLaying);
     dialog.m_strVerMode = GetCellText(first, kColVerLaying);
     dialog.m_strRemark = GetCellText(first, kColRemark);
@@ -72,19 +71,23 @@ void SysCodeDlg::ApplyBatchModify(const BatchModifyValues& values)
             (m_tree.GetItemState(m_tree.GetItemFromRow(row), LVIS_SELECTED) & LVIS_SELECTED) != 0);
     const BatchRowChange change = BatchRowChangeFor(values);
     const int colorColumn = SysCodeVisibleColumn(kColColor, withPipeColumns);
+    const int pipeColumn = SysCodeVisibleColumn(kColPipeInfo, withPipeColumns);
     for (int rowIndex : BatchTargetRows(selected)) {
         HTREEITEM row = m_tree.GetItemFromRow(rowIndex);
-        SetRowInfo(row, change.strRowInfo);
+        // The pipeline cell holds the path and shows its last part.
+        if (pipeColumn >= 0)
+            m_tree.SetItemValue(row, change.strRowInfo, pipeColumn);
         if (change.bSetColor && colorColumn >= 0) {
             m_tree.SetItemColor(row, change.color, colorColumn);
             m_tree.SetItemBackColor(row, change.color, colorColumn);
         }
         for (const BatchCellText& cell : change.texts) {
+            if (cell.field == kBatchPipeInfo)
+                continue;
             const int column = SysCodeVisibleColumn(FieldColumn(cell.field), withPipeColumns);
             if (column >= 0)
                 m_tree.SetItemText(row, cell.text, column);
         }
         m_tree.RedrawItems(row, row);
     }
-    m_bModified = true;
 }

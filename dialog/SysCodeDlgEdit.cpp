@@ -69,6 +69,7 @@ void SysCodeDlg::ConnectEditCells()
     qApp->installEventFilter(this);
     // A typed width holds to the range every way in holds to.
     m_tree.GetComboCtrl()->SetWidthRangeCheck(&IsSysLineWidthInRange);
+    m_tree.GetCodeEditCtrl()->SetCommitCheck(&IsShortSysCode);
     connect(&m_tree, &CTreeListCtrl::editorButtonClicked, this, [this](int buttonId) {
         if (buttonId == IDC_BTN_COLOR_CELL)
             OnColorCellButton();
@@ -78,11 +79,6 @@ void SysCodeDlg::ConnectEditCells()
     connect(&m_tree, &CTreeListCtrl::lineTypeChanged, this, [this] {
         m_tree.ClearLineTypeChanged();
         m_bLineTypesChanged = true;
-        m_bModified = true;
-    });
-    connect(&m_tree, &CTreeListCtrl::endLabelEdit, this, [this](NMLVDISPINFO* info) {
-        if (info->result && info->state == TLCOMBO_CHANGED)
-            m_bModified = true;
     });
 }
 
@@ -191,7 +187,6 @@ bool SysCodeDlg::EndComboEdit(int comboId)
     if (comboId == IDC_COMBO_LINEWIDTH) {
         if (!combo->CheckLineWidth())
             return true;
-        m_bModified = true;
     } else if (comboId != IDC_COMBO_LIST) {
         return false;
     }
@@ -205,7 +200,6 @@ bool SysCodeDlg::EndNameEdit(CTreeListEditorBase* editor)
     const NameEditResult result = CheckNameEdit(GetRowFullName(m_tree.GetParentItem(row)),
         m_tree.GetItemText(row, 0), editor->GetWindowText(),
         [this](const QString& fullName) { return FindRowByFullName(fullName) != nullptr; });
-    m_bModified = true;
     if (result.status == NameEditStatus::Clash) {
         showWarning(QStringLiteral(" %1系统编号在该级中已存在").arg(result.fullName));
         return true;
@@ -223,7 +217,6 @@ bool SysCodeDlg::EndNameEdit(CTreeListEditorBase* editor)
 
 bool SysCodeDlg::EndRemarkEdit(CTreeListEditorBase* editor)
 {
-    m_bModified = true;
     if (HasForbiddenRemarkChar(editor->GetWindowText())) {
         showWarning(QStringLiteral("备注信息中包含以下不能使用的字符：&/\\"));
         return true;
@@ -235,7 +228,6 @@ bool SysCodeDlg::EndRemarkEdit(CTreeListEditorBase* editor)
 
 bool SysCodeDlg::EndCodeEdit(CTreeListEditorBase* editor)
 {
-    m_bModified = true;
     if (editor->GetColumn() == kAlphaCheckedColumn) {
         QString value;
         if (NormaliseAlphaText(editor->GetWindowText(), value) != AlphaTextStatus::Accepted) {
@@ -293,7 +285,6 @@ void SysCodeDlg::OnColorCellButton()
         editor->widget()->setFocus(Qt::OtherFocusReason);
     }
     const SysCodeUndoGroup undoGroup(*this);
-    m_bModified = true;
     const COLORREF colour = picked ? chosen : current;
     m_tree.SetItemColor(row, colour, column);
     m_tree.SetItemBackColor(row, colour, column);
@@ -311,7 +302,6 @@ void SysCodeDlg::OnPickTextButton(int buttonId)
     const bool name = buttonId == IDC_EDIT_NAME_INNER;
     const SysCodeUndoGroup undoGroup(*this);
     const bool taken = name ? TakeNameText(editor, row) : TakeRemarkText(editor, row);
-    m_bModified = true;
     if (taken) {
         editor->SetStartText(editor->GetWindowText());
         editor->GetEdit()->selectAll();

@@ -12,6 +12,7 @@
 #include "QvKsProfile.h"
 #include "Resource.h"
 #include "Specialty.h"
+#include "SysCodeCells.h"
 #include "SysCodeColumns.h"
 #include "SysCodeIcon.h"
 #include "SysCodeOrder.h"
@@ -103,6 +104,15 @@ void SysCodeDlg::InsertColumns(bool withPipeColumns)
     ids(kColPipeInfo, 0, IDC_BTN_PIPEINFO_CELL);
     ids(kColLineWidth, IDC_COMBO_LINEWIDTH, 0);
     ids(kColRemark, IDC_EDIT_REMARK, 0);
+    // The width, the transparency and the pipeline information hold values; their
+    // cells show texts made from them.
+    for (int logical = 0; logical < kSysCodeColumnCount; ++logical) {
+        const int visible = SysCodeVisibleColumn(logical, withPipeColumns);
+        if (visible >= 0 && IsTypedSysCodeColumn(logical))
+            m_tree.SetColumnValueFormat(
+                visible, [logical](const QVariant& value) { return SysCodeValueText(logical, value); },
+                [logical](const QString& text) { return SysCodeTextValue(logical, text); });
+    }
     // Sibling codes sort by name with their trailing numbers as numbers (P2 before
     // P10) wherever the grid places a row in order.
     m_tree.SetColumnCompare(0, [](HTREEITEM first, HTREEITEM second) {
@@ -165,28 +175,25 @@ void SysCodeDlg::FillSysCodeTree(const QString& spec, const CSysCodeData& root, 
 HTREEITEM SysCodeDlg::InsertNodeRow(
     const CSysCodeData& node, HTREEITEM parent, bool withPipeColumns, HTREEITEM insertAfter, bool ownEditors)
 {
-    const QStringList texts = SysCodeCellTexts(node, withPipeColumns);
-    HTREEITEM row = m_tree.InsertItem(texts.at(kColName), parent, insertAfter);
+    HTREEITEM row = m_tree.InsertItem(node.GetNodeName(), parent, insertAfter);
     if (!row)
         return nullptr;
     for (int logical = 0; logical < kSysCodeColumnCount; ++logical) {
         const int column = SysCodeVisibleColumn(logical, withPipeColumns);
         if (column < 0)
             continue;
-        if (logical != kColName)
-            m_tree.SetItemText(row, texts.at(logical), column);
         if (logical == kColColor) {
             m_tree.SetItemColor(row, node.GetMfcColor(), column);
             m_tree.SetItemBackColor(row, node.GetMfcColor(), column);
-        } else {
-            m_tree.SetItemBackColor(row, kSysCodeGridBkColor, column);
+            continue;
         }
+        if (logical != kColName)
+            m_tree.SetItemValue(row, SysCodeCellValue(node, logical, withPipeColumns), column);
+        m_tree.SetItemBackColor(row, kSysCodeGridBkColor, column);
     }
     if (ownEditors)
         SetRowEditors(row, withPipeColumns);
     m_tree.SetItemData(row, quintptr(std::max(node.GetNodeIndex(), 0)));
-    if (!node.GetAddedMsg().isEmpty())
-        SetRowInfo(row, node.GetAddedMsg());
     m_nMaxIndex = std::max(m_nMaxIndex, node.GetNodeIndex());
     return row;
 }

@@ -63,8 +63,8 @@ void SysCodeDlg::OpenFind()
             }
         };
         remember(remember, m_tree.GetRootItem());
-        m_findIndex.Update(
-            m_tree, m_mapRowInfo, SysCodeVisibleColumn(kColRemark, IsElectrical()), m_nRowInfoChanges);
+        m_findIndex.Update(m_tree, SysCodeVisibleColumn(kColRemark, IsElectrical()),
+            SysCodeVisibleColumn(kColPipeInfo, IsElectrical()));
         PlaceFind();
         m_findEdit->show();
     }
@@ -108,8 +108,7 @@ bool SysCodeDlg::RowMatches(HTREEITEM row, const QStringMatcher& matcher, int re
     const FindText text(matcher);
     if (CellsHold(row, text, remarkColumn))
         return true;
-    const auto info = m_mapRowInfo.find(row);
-    return info != m_mapRowInfo.end() && text.In(info->second);
+    return text.In(GetRowInfo(row));
 }
 
 void SysCodeDlg::ApplyFind(const QString& text)
@@ -119,8 +118,8 @@ void SysCodeDlg::ApplyFind(const QString& text)
         m_tree.SetRowFilter({});
     } else {
         const QStringMatcher matcher = FindMatcher(text);
-        m_findIndex.Update(
-            m_tree, m_mapRowInfo, SysCodeVisibleColumn(kColRemark, IsElectrical()), m_nRowInfoChanges);
+        m_findIndex.Update(m_tree, SysCodeVisibleColumn(kColRemark, IsElectrical()),
+            SysCodeVisibleColumn(kColPipeInfo, IsElectrical()));
         m_tree.SetRowFilterItems(m_findIndex.Holding(matcher.pattern(), matcher.caseSensitivity()));
         // Every code kept is shown: its parents open. The walk reads the grid's items
         // straight: on a large specialty its checked accessors cost more than the walk.

@@ -64,7 +64,7 @@ QvKsWriteStatus DataServiceWriteFailure(const QString& path)
 
 bool SysCodeDlg::PreSaveForExchange(CSysCodeData& root)
 {
-    if (!m_bModified) {
+    if (!IsModified()) {
         BuildChildRecords(root, m_tree.GetRootItem());
         return true;
     }
@@ -248,7 +248,6 @@ void SysCodeDlg::MergeImported(CSysCodeData& root, const CSysCodeData& imported)
     MergeSysCodeTree(m_nMaxIndex, &root, &imported, true);
     const SysCodeUndoGroup undoGroup(*this);
     FillRowsFromRoot(root);
-    m_bModified = true;
 }
 
 // The grid shows `root`'s codes in the current specialty's columns.

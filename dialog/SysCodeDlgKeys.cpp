@@ -88,6 +88,5 @@ bool SysCodeDlg::MoveRowAmongSiblings(bool down)
         return false;
     m_tree.SelectItem(row);
     m_tree.EnsureVisible(row);
-    m_bModified = true;
     return true;
 }

@@ -70,9 +70,7 @@ void SysCodeDlg::OnClearPipeInfo()
         if (!row || !(m_tree.GetItemState(row, LVIS_SELECTED) & LVIS_SELECTED)
             || m_tree.GetItemText(row, column).isEmpty())
             continue;
-        SetRowInfo(row, QString());
-        m_tree.SetItemText(row, QString(), column);
+        m_tree.SetItemValue(row, QString(), column);
         m_tree.RedrawItems(row, row);
-        m_bModified = true;
     }
 }

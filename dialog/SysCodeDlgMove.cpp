@@ -75,7 +75,6 @@ void SysCodeDlg::OnDrop(const QPoint& screenPos, Qt::KeyboardModifiers modifiers
     }
     OnDragMove(screenPos);
     const SysCodeUndoGroup undoGroup(*this);
-    m_bModified = true;
     HTREEITEM target = m_tree.GetDropHilightItem();
     m_tree.SelectDropTarget(nullptr);
     if (!target) {
@@ -145,8 +144,6 @@ HTREEITEM SysCodeDlg::CopySubtreeAfter(HTREEITEM source, HTREEITEM target)
     m_tree.SetItemText(copy, name, 0);
     const auto mark = [this](auto&& self, HTREEITEM from, HTREEITEM to) -> void {
         m_tree.SetItemData(to, 0);
-        if (const auto info = m_mapRowInfo.find(from); info != m_mapRowInfo.end())
-            SetRowInfo(to, info->second);
         for (HTREEITEM f = m_tree.GetChildItem(from), t = m_tree.GetChildItem(to); f && t;
              f = m_tree.GetNextSiblingItem(f), t = m_tree.GetNextSiblingItem(t))
             self(self, f, t);

@@ -10,7 +10,10 @@
 #include "CTreeListItem.h"
 #include "ModuleStrings.h"
 #include "QvKsColorTool.h"
+#include "SysCodeCells.h"
 #include "SysCodeColumns.h"
+#include "SysCodeDefaults.h"
+#include "SysCodePath.h"
 #include "SysCodeRowLists.h"
 #include "UniqueSysName.h"
 #include "WinMessageBox.h"
@@ -59,9 +62,7 @@ HTREEITEM SysCodeDlg::AppendTopLevelRow()
 HTREEITEM SysCodeDlg::CreateFirstRow()
 {
     CSysCodeData blank;
-    blank.SetLineStyle(QStringLiteral("按字符"));
-    blank.SetLineWidth(IsElectrical() ? 30.0 : 1.0);
-    blank.SetAlpha(0);
+    SetBlankSysCodeAttributes(blank, IsElectrical());
     HTREEITEM row = InsertNewRow(blank, m_tree.GetRootItem(), TVI_FIRST, QStringLiteral("A"), kFirstRowColor);
     UpdateData(false);
     return row;
@@ -113,10 +114,7 @@ void SysCodeDlg::FocusNewRow(HTREEITEM previous, HTREEITEM row)
 
 QString SysCodeDlg::GetRowAmpersandName(HTREEITEM row) const
 {
-    QStringList names;
-    for (HTREEITEM p = row; p && p != m_tree.GetRootItem(); p = m_tree.GetParentItem(p))
-        names.prepend(m_tree.GetItemText(p, 0));
-    return names.join(QLatin1Char('&'));
+    return AmpersandSysCodePath(GetRowFullName(row));
 }
 
 // A new row's full name can only meet the full names of the rows beside it, so
@@ -268,7 +266,6 @@ void SysCodeDlg::PasteRow(const CSysCodeData& clipboard, HTREEITEM row, bool bNe
     const CSysCodeData& source = *clipboard.GetChild(0);
     if (!CQVCheckSysNameLegal::CheckSysCodeLevel(m_tree.GetItemLevel(row) + m_nLevelBase - 1))
         return;
-    m_bModified = true;
     HTREEITEM parent = m_tree.GetParentItem(row);
     const SysCodeRowLists lists(*this);
     HTREEITEM pasted = InsertNewRow(
@@ -318,27 +315,20 @@ int SysCodeDlg::GetSubtreeDepth(HTREEITEM row) const
     return deepest + 1;
 }
 
-// Fills `record` from a row's cells; true when the row has no saved index yet. A
+// Fills `record` from a row's values; true when the row has no saved index yet. A
 // save or an exchange turns every row into a record: the cells are read straight
 // from the row, which is cheaper than the grid's checked accessors.
 bool SysCodeDlg::BuildRecordFromRow(CSysCodeData& record, HTREEITEM row) const
 {
     const bool pipe = IsElectrical();
-    const auto text
-        = [&](int logical) -> const QString& { return row->cell(SysCodeVisibleColumn(logical, pipe)).text; };
+    const CTreeListItemTree& tree = m_tree.GetModel()->tree();
     record.SetNodeName(m_tree.GetItemText(row, 0));
     record.SetMfcColor(m_tree.GetItemBackColor(row, kColColor));
-    if (pipe) {
-        const auto info = m_mapRowInfo.find(row);
-        record.SetAddedMsg(info == m_mapRowInfo.end() ? QString() : info->second);
-        record.SetHorLayingMode(text(kColHorLaying));
-        record.SetVerLayingMode(text(kColVerLaying));
+    for (int logical = 1; logical < kSysCodeColumnCount; ++logical) {
+        const int column = SysCodeVisibleColumn(logical, pipe);
+        if (column >= 0 && logical != kColColor)
+            SetSysCodeField(record, logical, tree.value(row, column));
     }
-    record.SetLineStyle(text(kColLineStyle));
-    record.SetLineString(text(kColLineString));
-    record.SetLineWidth(text(kColLineWidth).toDouble());
-    record.SetAlpha(text(kColAlpha).toInt());
-    record.SetDescribe(text(kColRemark));
     if (const int index = int(row->data()); index > 0) {
         record.SetNodeIndex(index);
         return false;

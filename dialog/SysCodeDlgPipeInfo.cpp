@@ -25,8 +25,7 @@ void SysCodeDlg::OnPipeInfoCellButton(HTREEITEM row)
 {
     if (!row)
         return;
-    const auto found = m_mapRowInfo.find(row);
-    QString path = found == m_mapRowInfo.end() ? QString() : found->second;
+    QString path = GetRowInfo(row);
     CTreeListEditBtn* cell = m_tree.GetEditBtnCtrl();
     // The button stays blocked while the picker runs, so a second press cannot
     // open another picker over it.
@@ -34,14 +33,12 @@ void SysCodeDlg::OnPipeInfoCellButton(HTREEITEM row)
         cell->GetButton()->setEnabled(false);
     if (RunChangeNameDlg(path, PipeInfoPickerMode(m_strSpec)) == 1) {
         const SysCodeUndoGroup undoGroup(*this);
-        SetRowInfo(row, path);
-        const QString shown = PipeInfoDisplayName(path);
         const int column = SysCodeVisibleColumn(kColPipeInfo, IsElectrical());
         if (column >= 0)
-            m_tree.SetItemText(row, shown, column);
+            m_tree.SetItemValue(row, path, column);
+        const QString shown = PipeInfoDisplayName(path);
         if (cell && m_tree.GetActiveEditor() == cell && cell->GetItem() == row)
             cell->SetWindowText(shown);
-        m_bModified = true;
     }
     if (cell) {
         cell->GetButton()->setEnabled(true);

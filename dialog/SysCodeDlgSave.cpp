@@ -281,13 +281,13 @@ bool SysCodeDlg::RefreshColors(bool bRedrawFirst, const CSysCodeData* saved)
 void SysCodeDlg::OnOK()
 {
     UpdateData(true);
-    if (m_bModified && ValidateForSave(true) != SysCodeSaveStatus::Ok)
+    if (IsModified() && ValidateForSave(true) != SysCodeSaveStatus::Ok)
         return;
     const QString scale = m_editScale.GetWindowText();
     const bool scaleChanged = scale != m_strScale;
     CSysCodeData saved;
     bool bSaved = false;
-    if (m_bModified || scaleChanged) {
+    if (IsModified() || scaleChanged) {
         if (!SaveSpecCodes(m_strSpec, scaleChanged ? scale : QString(), saved))
             return;
         bSaved = true;
@@ -306,7 +306,6 @@ void SysCodeDlg::OnOK()
         HTREEITEM focused = m_tree.GetCaretItem();
         m_strSelCode = focused ? GetRowFullName(focused) : QString();
     }
-    m_mapRowInfo.clear();
     if ((m_bLineTypesChanged || scaleChanged) && !regenerated)
         SendHostCommand(QStringLiteral("regen "));
     QvKsBzPub::RefreshAllBz();
@@ -330,9 +329,9 @@ void SysCodeDlg::OnCancel()
     const bool settingChanged = m_nDispAddedMsg != m_nDispAddedMsgAtOpen;
     CSysCodeData saved;
     bool bSaved = false;
-    if ((m_bModified || scaleChanged || settingChanged)
+    if ((IsModified() || scaleChanged || settingChanged)
         && ShowBox(QStringLiteral("是否保存设置修改") + g_strQuestion, kMbQuestion) == IDYES) {
-        if (m_bModified || scaleChanged) {
+        if (IsModified() || scaleChanged) {
             if (ValidateForSave(false) != SysCodeSaveStatus::Ok
                 || !SaveSpecCodes(m_strSpec, QString(), saved))
                 return;
@@ -346,7 +345,6 @@ void SysCodeDlg::OnCancel()
     if (m_bLineTypesChanged)
         WriteLineTypeFile();
     const bool regenerated = RefreshColors(false, bSaved ? &saved : nullptr);
-    m_mapRowInfo.clear();
     if ((m_bLineTypesChanged || scaleChanged) && !regenerated)
         SendHostCommand(QStringLiteral("regen "));
     QvKsBzPub::RefreshAllBz();
@@ -370,7 +368,7 @@ void SysCodeDlg::OnSpecSelChange()
         return;
     }
     m_strPrevSpec = m_strSpec;
-    if (m_bModified) {
+    if (IsModified()) {
         const QString question = QStringLiteral(" %1 设置已发生改变,是否保存修改").arg(m_strPrevSpec);
         if (ShowBox(question + g_strQuestion, kMbQuestionDefaultNo) == IDYES) {
             const SysCodeSaveStatus status = ValidateForSave(false);
@@ -388,7 +386,6 @@ void SysCodeDlg::OnSpecSelChange()
             m_renames.clear();
         }
     }
-    m_bModified = false;
     UpdateData(true);
     FillSysCodeTree(m_strSpec, next, nextStamp);
     UpdateElectricalButtons();

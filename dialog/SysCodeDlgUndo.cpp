@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QShortcut>
 
-#include <optional>
 
 void SysCodeDlg::ConnectUndoKeys()
 {
@@ -26,7 +25,6 @@ bool SysCodeDlg::ReplayUndo(bool undo)
     if (m_nUndoDepth > 0 || m_bDragging || !(undo ? m_tree.CanUndo() : m_tree.CanRedo()))
         return false;
     HTREEITEM shown = undo ? m_tree.Undo() : m_tree.Redo();
-    m_bModified = !m_tree.IsUndoClean();
     if (m_pCurRow && m_tree.GetItemLevel(m_pCurRow) <= 0)
         m_pCurRow = nullptr;
     // Rows that came back are matched against the find text like every other row.
@@ -39,38 +37,3 @@ bool SysCodeDlg::ReplayUndo(bool undo)
     return true;
 }
 
-// A fill sets the information of thousands of new rows: one look-up each.
-void SysCodeDlg::SetRowInfo(HTREEITEM row, const QString& info)
-{
-    std::optional<QString> before;
-    if (const auto [at, added] = m_mapRowInfo.try_emplace(row, info); !added) {
-        before = at->second;
-        at->second = info;
-    }
-    ++m_nRowInfoChanges;
-    if (m_tree.IsUndoRecording())
-        m_tree.RecordUndo([this, row, before] { RestoreRowInfo(row, before); },
-            [this, row, info] { RestoreRowInfo(row, info); });
-}
-
-void SysCodeDlg::EraseRowInfo(HTREEITEM row)
-{
-    const auto found = m_mapRowInfo.find(row);
-    if (found == m_mapRowInfo.end())
-        return;
-    const QString before = found->second;
-    m_mapRowInfo.erase(found);
-    ++m_nRowInfoChanges;
-    if (m_tree.IsUndoRecording())
-        m_tree.RecordUndo([this, row, before] { RestoreRowInfo(row, before); },
-            [this, row] { RestoreRowInfo(row, std::nullopt); });
-}
-
-void SysCodeDlg::RestoreRowInfo(HTREEITEM row, const std::optional<QString>& info)
-{
-    ++m_nRowInfoChanges;
-    if (info)
-        m_mapRowInfo[row] = *info;
-    else
-        m_mapRowInfo.erase(row);
-}

@@ -8,20 +8,20 @@ namespace {
 constexpr QChar kPartSeparator = QChar(0x1F);
 } // namespace
 
-void SysCodeFindIndex::Update(const CTreeListCtrl& grid, const std::unordered_map<HTREEITEM, QString>& infos,
-    int remarkColumn, std::uint64_t infoChanges)
+void SysCodeFindIndex::Update(const CTreeListCtrl& grid, int remarkColumn, int pipeColumn)
 {
-    if (m_gathered && m_gridChanges == grid.ContentChanges() && m_infoChanges == infoChanges
-        && m_remarkColumn == remarkColumn)
+    if (m_gathered && m_gridChanges == grid.ContentChanges() && m_remarkColumn == remarkColumn
+        && m_pipeColumn == pipeColumn)
         return;
+    const CTreeListItemTree& tree = grid.GetModel()->tree();
     m_texts.clear();
     const auto gather = [&](auto&& self, const CTreeListItem* parent) -> void {
         for (CTreeListItem* row : parent->children()) {
             QString text = row->cell(0).text;
             if (remarkColumn >= 0)
                 text += kPartSeparator + row->cell(remarkColumn).text;
-            if (const auto info = infos.find(row); info != infos.end())
-                text += kPartSeparator + info->second;
+            if (pipeColumn >= 0)
+                text += kPartSeparator + tree.value(row, pipeColumn).toString();
             m_texts.emplace_back(row, std::move(text));
             self(self, row);
         }
@@ -29,8 +29,8 @@ void SysCodeFindIndex::Update(const CTreeListCtrl& grid, const std::unordered_ma
     gather(gather, grid.GetRootItem());
     m_gathered = true;
     m_gridChanges = grid.ContentChanges();
-    m_infoChanges = infoChanges;
     m_remarkColumn = remarkColumn;
+    m_pipeColumn = pipeColumn;
 }
 
 void SysCodeFindIndex::Clear()

@@ -7,14 +7,15 @@
 #include "IFaceBarCtrl.h"
 #include "ModuleResourceGuard.h"
 #include "SysCodeDlg.h"
+#include "SysCodePath.h"
 
 #include <memory>
 
 namespace {
 // The bar names levels with "&", the dialog with "\".
-QString barCodeToFullName(QString code)
+QString barCodeToFullName(const QString& code)
 {
-    return code.replace(QLatin1Char('&'), QLatin1Char('\\'));
+    return BackslashSysCodePath(code);
 }
 
 // The selected code for the bar. With none selected, the path of the bare specialty
@@ -22,10 +23,9 @@ QString barCodeToFullName(QString code)
 // first top-level code.
 QString codeForBar(SysCodeDlg& dlg, const QString& spec)
 {
-    QString code = dlg.m_strSelCode;
-    code.replace(QLatin1Char('\\'), QLatin1Char('&'));
+    QString code = AmpersandSysCodePath(dlg.m_strSelCode);
     if (code.isEmpty()) {
-        QString path = spec + QLatin1Char('\\');
+        QString path = SpecSysCodePath(spec, QString());
         dlg.m_bSelCodeReplaced = false;
         dlg.GetSysCodeIndexPath(path);
         if (dlg.m_bSelCodeReplaced)

@@ -53,7 +53,6 @@ CTreeListCtrl::CTreeListCtrl(QWidget* parent)
     header()->setSectionsMovable(false);
     m_edit->SetDlgCtrlID(10000);
     m_codeEdit->SetDlgCtrlID(10010);
-    m_codeEdit->SetCodeCheck(true);
     m_combo->SetDlgCtrlID(10004);
     m_editBtn->SetDlgCtrlID(10007);
     m_editBtn->SetButtonId(10008);

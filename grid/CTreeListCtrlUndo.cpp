@@ -127,6 +127,8 @@ std::optional<CTreeListCell> CTreeListCtrl::cellBeforeChange(HTREEITEM item, int
 
 void CTreeListCtrl::recordCellChange(HTREEITEM item, int column, std::optional<CTreeListCell> before)
 {
+    if (!before && !m_history->IsRecording() && !m_history->IsReplaying())
+        m_history->LoseCleanPoint();
     if (before && !(item->cell(column) == *before))
         m_history->Record(
             std::make_unique<CTreeListCellChange>(item, column, std::move(*before), item->cell(column)));

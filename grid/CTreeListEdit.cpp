@@ -2,13 +2,6 @@
 
 #include <QKeyEvent>
 
-namespace {
-bool isCodeCharacter(QChar c)
-{
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
-}
-} // namespace
-
 CTreeListEdit::CTreeListEdit(CTreeListCtrl* grid, QWidget* parent)
     : QLineEdit(parent)
     , CTreeListEditorBase(grid)
@@ -20,10 +13,7 @@ CTreeListEdit::CTreeListEdit(CTreeListCtrl* grid, QWidget* parent)
 int CTreeListEdit::CheckCode()
 {
     const QString trimmed = text().trimmed();
-    bool ok = trimmed.size() <= 3;
-    for (QChar c : trimmed)
-        ok = ok && isCodeCharacter(c);
-    if (!ok) {
+    if (m_check && !m_check(trimmed)) {
         setText(GetStartText());
         return 0;
     }
@@ -40,7 +30,7 @@ bool CTreeListEdit::EndEdit(bool onRow, int mode)
         setText(GetStartText());
     // A refused code has its start text back; the edit still ends with its one
     // notice, and the owner decides from the notice's fields what the cell keeps.
-    const bool passed = mode != TLEND_COMMIT || !m_codeCheck || CheckCode() == 1;
+    const bool passed = mode != TLEND_COMMIT || !m_check || CheckCode() == 1;
     return Finish(onRow, 0) && passed;
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
 // The grid's single-line text editor. The grid owns two: the text editor for names
-// and remarks, and a second one for short codes whose commit runs the code check.
+// and remarks, and a second one for short codes, whose commit runs the check its
+// owner gives it.
 #include "CTreeListEditorBase.h"
 
 #include <QLineEdit>
+
+#include <functional>
 
 class CTreeListEdit : public QLineEdit, public CTreeListEditorBase
 {
@@ -17,17 +20,17 @@ public:
     void SetWindowText(const QString& text) override { setText(text); }
     bool EndEdit(bool onRow, int mode) override;
 
-    // Whether a commit runs the short-code check.
-    void SetCodeCheck(bool enabled) { m_codeCheck = enabled; }
-    bool HasCodeCheck() const { return m_codeCheck; }
-    // The short-code check: the trimmed text has at most 3 characters, each an ASCII
-    // letter or digit (the empty text passes). A passing text becomes the start text
-    // and the result is 1; otherwise the start text is put back and the result is 0.
+    // The rule a committed text, trimmed at both ends, must pass; none: every text.
+    void SetCommitCheck(std::function<bool(const QString&)> check) { m_check = std::move(check); }
+    bool HasCommitCheck() const { return bool(m_check); }
+    // The commit check: a trimmed text that passes the rule becomes the text and
+    // the start text, and the result is 1; otherwise the start text is put back and
+    // the result is 0.
     int CheckCode();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    bool m_codeCheck = false;
+    std::function<bool(const QString&)> m_check;
 };

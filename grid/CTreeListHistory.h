@@ -52,6 +52,9 @@ public:
     // false when it was changed behind the history's back (the clean point is lost).
     void Clear(bool clean);
     bool IsClean() const { return m_cleanKnown && m_applied == m_clean; }
+    // A cell was changed with no group open: the history cannot say any more when
+    // the grid matches what was filled or saved.
+    void LoseCleanPoint() { m_cleanKnown = false; }
 
 private:
     using Command = std::vector<std::unique_ptr<CTreeListChange>>;

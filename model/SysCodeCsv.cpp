@@ -2,6 +2,7 @@
 
 #include "CQVCheckSysNameLegal.h"
 #include "CSysCodeData.h"
+#include "SysCodeDefaults.h"
 #include "SysCodeValueRange.h"
 
 #include <QHash>
@@ -257,13 +258,12 @@ int FirstNonUtf8Line(const QByteArray& data)
     return 0;
 }
 
-// A code new to the specialty starts as a blank row of the grid does.
+// A code new to the specialty starts as a blank row of the grid does, white, its
+// width the default of the specialty it is read into.
 void BlankAttributes(CSysCodeData& code)
 {
     code.SetMfcColor(0xFFFFFF);
-    code.SetLineStyle(QStringLiteral("按字符"));
-    code.SetLineWidth(1.0);
-    code.SetAlpha(0);
+    SetBlankSysCodeAttributesUnsetWidth(code);
 }
 
 // Codes are found by their full names, ignoring letter case, through hashes: a

@@ -73,3 +73,13 @@ QString JoinPickedTexts(const QStringList& pieces)
     }
     return joined;
 }
+
+bool IsShortSysCode(const QString& trimmed)
+{
+    if (trimmed.size() > 3)
+        return false;
+    for (const QChar c : trimmed)
+        if (!((c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9')))
+            return false;
+    return true;
+}

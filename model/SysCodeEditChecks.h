@@ -10,6 +10,10 @@
 #include <utility>
 #include <vector>
 
+// A short code (the line-type characters): at most three ASCII letters or digits;
+// the empty text passes.
+bool IsShortSysCode(const QString& trimmed);
+
 enum class NameEditStatus {
     Accepted, // the new name is free at its level, or only its letter case changed
     Clash, // a sibling already has the name

@@ -281,7 +281,6 @@ void BM_ImportMergeAndFill(benchmark::State& state)
         dlg.repaint();
         state.PauseTiming();
         dlg.m_tree.ClearUndo();
-        dlg.m_bModified = false;
         state.ResumeTiming();
     }
     state.counters["codes"] = BenchCodeCount(size);

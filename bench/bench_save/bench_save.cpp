@@ -49,7 +49,6 @@ void BM_OkWithOneColourChanged(benchmark::State& state)
         dlg->OnInitDialog();
         CTreeListCtrl& grid = *qobject_cast<CTreeListCtrl*>(GetDlgItem(dlg.get(), IDC_TREE_SYSCODE));
         grid.SetItemBackColor(grid.GetItemFromRow(0), COLORREF(++round & 0xFF), kColColor);
-        dlg->m_bModified = true;
         auto* ok = qobject_cast<QAbstractButton*>(GetDlgItem(dlg.get(), IDC_BTN_OK));
         state.ResumeTiming();
         ok->click();

@@ -70,7 +70,7 @@ TEST_F(SysCodeDlgBatchTest, NothingSelectedAsksForASelection)
     click(dlg.get(), IDC_BTN_BATCH_MODIFY);
     EXPECT_FALSE(driver.acted());
     EXPECT_EQ(boxes.texts(), QStringList({ "请选择至少一项系统编号进行批量修改" }));
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
 }
 
 TEST_F(SysCodeDlgBatchTest, TickedValuesReachEverySelectedRow)
@@ -119,15 +119,15 @@ TEST_F(SysCodeDlgBatchTest, TickedValuesReachEverySelectedRow)
         EXPECT_EQ(g.GetItemBackColor(r, 1), RGB(10, 20, 30)) << name.toStdString();
         EXPECT_EQ(g.GetItemText(r, 9), QStringLiteral("Batch")) << name.toStdString();
         // The unticked path still travels to every selected row; the cell stays.
-        EXPECT_EQ(dlg->m_mapRowInfo.at(r), kBv25) << name.toStdString();
+        EXPECT_EQ(dlg->GetRowInfo(r), kBv25) << name.toStdString();
     }
     EXPECT_EQ(g.GetItemText(row(*dlg, QStringLiteral("插座")), 2), QString());
     EXPECT_EQ(g.GetItemText(lighting, 3), QStringLiteral("CC"));
     HTREEITEM power = row(*dlg, QStringLiteral("动力"));
     EXPECT_EQ(g.GetItemColor(power, 1), 0x00FF0000u);
     EXPECT_EQ(g.GetItemText(power, 9), QString());
-    EXPECT_EQ(dlg->m_mapRowInfo.at(power), kCable);
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_EQ(dlg->GetRowInfo(power), kCable);
+    EXPECT_TRUE(dlg->IsModified());
 }
 
 TEST_F(SysCodeDlgBatchTest, CancelChangesNothingAndOkWithNoTickStillCopiesThePath)
@@ -141,14 +141,14 @@ TEST_F(SysCodeDlgBatchTest, CancelChangesNothingAndOkWithNoTickStillCopiesThePat
         click(dlg.get(), IDC_BTN_BATCH_MODIFY);
         ASSERT_TRUE(driver.acted());
     }
-    EXPECT_FALSE(dlg->m_bModified);
-    EXPECT_EQ(dlg->m_mapRowInfo.count(row(*dlg, QStringLiteral("插座"))), 0u);
+    EXPECT_FALSE(dlg->IsModified());
+    EXPECT_EQ(dlg->GetRowInfo(row(*dlg, QStringLiteral("插座"))), QString());
 
     ModalDriver driver([](QDialog* d) { click(d, IDC_BTN_OK); });
     click(dlg.get(), IDC_BTN_BATCH_MODIFY);
     ASSERT_TRUE(driver.acted());
-    EXPECT_TRUE(dlg->m_bModified);
-    EXPECT_EQ(dlg->m_mapRowInfo.at(row(*dlg, QStringLiteral("插座"))), kCable);
+    EXPECT_TRUE(dlg->IsModified());
+    EXPECT_EQ(dlg->GetRowInfo(row(*dlg, QStringLiteral("插座"))), kCable);
     EXPECT_EQ(g.GetItemText(row(*dlg, QStringLiteral("插座")), 2), QString());
 }
 
@@ -170,7 +170,7 @@ TEST_F(SysCodeDlgBatchTest, RowsUnderACollapsedParentKeepTheirValues)
     click(dlg.get(), IDC_BTN_BATCH_MODIFY);
     ASSERT_TRUE(driver.acted());
     EXPECT_EQ(g.GetItemText(wl1, 9), QString());
-    EXPECT_EQ(dlg->m_mapRowInfo.count(wl1), 0u);
+    EXPECT_EQ(dlg->GetRowInfo(wl1), QString());
     EXPECT_FALSE(g.GetItemText(row(*dlg, QStringLiteral("动力")), 9).isEmpty());
 }
 
@@ -213,10 +213,10 @@ TEST_F(SysCodeDlgBatchTest, PipelineCellButtonPicksANameForItsRow)
         QTest::mouseClick(cell->GetButton(), Qt::LeftButton);
         ASSERT_TRUE(driver.acted()) << c.what;
         EXPECT_EQ(offered, kBv25) << c.what;
-        EXPECT_EQ(dlg->m_mapRowInfo.at(lighting), c.path) << c.what;
+        EXPECT_EQ(dlg->GetRowInfo(lighting), c.path) << c.what;
         EXPECT_EQ(g.GetItemText(lighting, 2), c.shown) << c.what;
         EXPECT_EQ(cell->GetWindowText(), c.shown) << c.what;
-        EXPECT_EQ(dlg->m_bModified, c.modified) << c.what;
+        EXPECT_EQ(dlg->IsModified(), c.modified) << c.what;
         EXPECT_TRUE(cell->GetButton()->isEnabled());
     }
 }

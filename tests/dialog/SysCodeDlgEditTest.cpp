@@ -134,7 +134,7 @@ TEST_F(SysCodeDlgEditTest, NameEditsAreJudgedAtTheirLevel)
 
         const bool refused = *c.message != 0;
         EXPECT_EQ(g.GetItemText(item, 0), QString::fromUtf8(c.cell));
-        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->IsModified());
         if (refused) {
             ASSERT_EQ(boxes.boxes().size(), 1);
             EXPECT_EQ(boxes.boxes()[0].text, QString::fromUtf8(c.message));
@@ -205,7 +205,7 @@ TEST_F(SysCodeDlgEditTest, RemarkTransparencyAndLineCharactersAreChecked)
         }
         EXPECT_EQ(g.GetActiveEditor() != nullptr, c.editorOpen);
         EXPECT_EQ(g.GetItemText(item, c.column), QString::fromUtf8(c.cell));
-        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->IsModified());
         const bool lineChars = c.column == (QString::fromUtf8(c.spec) == kSpecElec ? 6 : 3);
         EXPECT_EQ(dlg->m_bLineTypesChanged, !*c.message && lineChars);
         g.EndEditing(true, TLEND_CANCEL);
@@ -234,7 +234,7 @@ TEST_F(SysCodeDlgEditTest, AWidthThatIsNoNumberWarnsOnceAndKeepsTheComboOpen)
     EXPECT_EQ(boxes.boxes().size(), 1);
     EXPECT_EQ(g.GetActiveEditor(), nullptr);
     EXPECT_EQ(g.GetItemText(lighting, 7), "2.46");
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     EXPECT_EQ(g.GetCaretItem(), power);
 }
 
@@ -409,7 +409,7 @@ TEST_F(SysCodeDlgEditTest, ChoosingALineStyleMarksLineTypesChanged)
     EXPECT_EQ(g.GetActiveEditor(), nullptr);
     EXPECT_EQ(g.GetItemText(lighting, 5), "按字符");
     EXPECT_TRUE(dlg->m_bLineTypesChanged);
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
 }
 
 TEST_F(SysCodeDlgEditTest, TheColourButtonTakesTheColourDialogsAnswer)
@@ -439,7 +439,7 @@ TEST_F(SysCodeDlgEditTest, TheColourButtonTakesTheColourDialogsAnswer)
         EXPECT_EQ(offered, kLightingColour);
         EXPECT_EQ(g.GetItemColor(lighting, 1), c.expected);
         EXPECT_EQ(g.GetItemBackColor(lighting, 1), c.expected);
-        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->IsModified());
         EXPECT_TRUE(editor->widget()->isEnabled());
     }
 }
@@ -457,7 +457,7 @@ TEST_F(SysCodeDlgEditTest, EnterOnTheGridDuplicatesTheSelectedRow)
     EXPECT_NE(g.GetItemText(copy, 0), "动力");
     EXPECT_NE(g.GetItemText(copy, 0), "插座");
     EXPECT_NE(g.GetItemColor(copy, 1), g.GetItemColor(row(*dlg, QStringLiteral("动力")), 1));
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     EXPECT_TRUE(dlg->isVisible()); // Enter pressed no default button
     EXPECT_EQ(dlg->m_clipboard.GetChildCount(), 0); // nothing was copied by the user
 }
@@ -576,7 +576,7 @@ TEST_F(SysCodeDlgEditTest, TheNameCellsButtonTakesAPickedName)
         EXPECT_EQ(g.GetItemText(lighting, 0), QString::fromUtf8(c.cell));
         EXPECT_EQ(g.GetActiveEditor(), editor);
         EXPECT_EQ(editor->GetWindowText(), QString::fromUtf8(c.cell));
-        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->IsModified());
         g.EndEditing(true, TLEND_CANCEL);
     }
 }

@@ -192,7 +192,6 @@ TEST(SysCodeDlgUnreadableStore, ASpecialtyThatCannotBeReadIsNotSwitchedTo)
     auto dlg = OpenShownDialog(kElectrical);
     CTreeListCtrl& grid = GridOf(*dlg);
     grid.SetItemText(grid.GetChildItem(grid.GetRootItem()), QStringLiteral("照明改"), 0);
-    dlg->m_bModified = true;
     auto* list = qobject_cast<QListWidget*>(GetDlgItem(dlg.get(), IDC_LIST_SPEC));
     QListWidgetItem* water = list->findItems(QStringLiteral("给排水"), Qt::MatchExactly).value(0);
     ASSERT_NE(water, nullptr);
@@ -202,7 +201,7 @@ TEST(SysCodeDlgUnreadableStore, ASpecialtyThatCannotBeReadIsNotSwitchedTo)
         << boxes.texts().first().toStdString();
     EXPECT_EQ(dlg->m_strSpec, kElectrical);
     EXPECT_EQ(list->currentItem()->text(), kElectrical);
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     EXPECT_EQ(grid.GetItemText(grid.GetChildItem(grid.GetRootItem()), 0), QStringLiteral("照明改"));
 }
 

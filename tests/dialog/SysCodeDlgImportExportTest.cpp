@@ -99,7 +99,6 @@ protected:
     {
         CTreeListCtrl& g = grid(dlg);
         g.SetItemText(g.GetChildItem(g.GetRootItem()), to, 0);
-        dlg.m_bModified = true;
     }
     static void click(SysCodeDlg& dlg, int id) { QTest::mouseClick(GetDlgItem(&dlg, id), Qt::LeftButton); }
     static QStringList storedNames()
@@ -175,10 +174,10 @@ TEST_F(SysCodeDlgImportExportTest, CancelledDialogsWriteNoFileButExportStoresEdi
     FileDialogAnswer cancel { QString() };
     click(*dlg, IDC_BTN_IMPORT); // import stores nothing before a file is chosen
     EXPECT_EQ(storedNames().first(), QStringLiteral("照明"));
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     click(*dlg, IDC_BTN_EXPORT);
     EXPECT_EQ(storedNames().first(), QStringLiteral("灯光"));
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
     EXPECT_TRUE(dlg->m_bColorChanged);
     EXPECT_EQ(cancel.requests.size(), 2);
     EXPECT_EQ(cancel.requests.first().title, QStringLiteral("系统编号导入"));
@@ -226,7 +225,7 @@ TEST_F(SysCodeDlgImportExportTest, ImportMergesFilesUpToTheRunningVersion)
             EXPECT_EQ(boxes.texts(), QStringList({ "不支持导入高版本的系统编号!" }));
             EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座" }));
             EXPECT_EQ(storedNames().first(), QStringLiteral("照明")); // a refused file stores nothing
-            EXPECT_TRUE(dlg->m_bModified);
+            EXPECT_TRUE(dlg->IsModified());
             EXPECT_FALSE(dlg->m_bLineTypesChanged);
             continue;
         }
@@ -238,7 +237,7 @@ TEST_F(SysCodeDlgImportExportTest, ImportMergesFilesUpToTheRunningVersion)
         HTREEITEM power = g.GetNextSiblingItem(g.GetChildItem(g.GetRootItem()));
         EXPECT_EQ(g.GetItemBackColor(power, 1), 123u); // the file's attributes win
         EXPECT_EQ(dlg->GetRowNodeIndex(power), 4); // and the code keeps its index
-        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->IsModified());
         EXPECT_TRUE(dlg->m_bLineTypesChanged);
         // The older file itself was brought to the current layout first.
         QFile file(path);
@@ -292,7 +291,7 @@ TEST_F(SysCodeDlgImportExportTest, CancellingThePreviewChangesNothingAndStoresNo
     EXPECT_TRUE(boxes.texts().isEmpty());
     EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座" }));
     EXPECT_EQ(storedNames().first(), QStringLiteral("照明"));
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     EXPECT_FALSE(dlg->m_bLineTypesChanged);
 }
 } // namespace
@@ -364,7 +363,7 @@ TEST_F(SysCodeDlgImportExportTest, AFileThatCannotBeReadIsRefusedAndChangesNothi
         EXPECT_EQ(topNames(*dlg), QStringList({ "灯光", "动力", "插座" }));
         EXPECT_EQ(storedNames().first(), QStringLiteral("照明"));
         EXPECT_EQ(storedNames().size(), 5);
-        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->IsModified());
         EXPECT_FALSE(dlg->m_bLineTypesChanged);
     }
 }

@@ -118,7 +118,7 @@ TEST_F(SysCodeDlgNodeOpsTest, AnEmptySpecialtyStartsWithRowAThenNewRowsStepLette
         EXPECT_EQ(grid.GetItemText(a, 2 + pipe), QStringLiteral("按字符")) << spec;
         EXPECT_EQ(grid.GetItemText(a, 4 + pipe), QString::fromUtf8(width)) << spec;
         EXPECT_EQ(grid.GetItemText(a, 5 + pipe), QStringLiteral("0")) << spec;
-        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->IsModified());
 
         ASSERT_TRUE(menu(*dlg, nullptr, ID_MENU_INSERT));
         ASSERT_TRUE(menu(*dlg, a, ID_MENU_ADD_SIBLING));
@@ -137,11 +137,11 @@ TEST_F(SysCodeDlgNodeOpsTest, ChildrenStopAtTheThirdLevel)
     auto dlg = open();
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("照明\\WL1\\一层")), ID_MENU_ADD_CHILD));
     EXPECT_EQ(boxes.texts(), QStringList { QStringLiteral("系统编号不允许超过3级!") });
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("照明\\WL1")), ID_MENU_ADD_CHILD));
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("动力")), ID_MENU_ADD_CHILD));
     EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | >>WL1 | 动力 | >动力1 | 插座"));
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     EXPECT_EQ(dlg->GetRowNodeIndex(find(*dlg, QStringLiteral("动力\\动力1"))), 0);
 }
 
@@ -151,16 +151,16 @@ TEST_F(SysCodeDlgNodeOpsTest, PasteChecksTheDeepestLevelTheCopyWouldReach)
     auto dlg = open();
     ASSERT_FALSE(menu(*dlg, find(*dlg, QStringLiteral("动力")), ID_MENU_PASTE)); // nothing copied yet
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("照明\\WL1")), ID_MENU_COPY));
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("照明\\WL1\\一层")), ID_MENU_PASTE));
     EXPECT_EQ(boxes.texts(), QStringList { QStringLiteral("系统编号不允许超过3级!") });
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("照明\\WL1")), ID_MENU_PASTE));
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_PASTE));
     expandAll(dlg->m_tree, dlg->m_tree.GetRootItem());
     EXPECT_EQ(dump(dlg->m_tree),
         QStringLiteral("照明 | >WL1 | >>一层 | >WL2 | >>一层 | 动力 | 插座 | WL1 | >一层"));
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     // The pasted codes are new ones: attributes copied, no stored index.
     HTREEITEM pasted = find(*dlg, QStringLiteral("照明\\WL2"));
     EXPECT_EQ(dlg->m_tree.GetItemText(pasted, 7), QStringLiteral("2.5"));
@@ -180,7 +180,7 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteKeepsCodesUsedOnAnotherFloorAndSaysSoOnce)
     clickRow(*dlg, find(*dlg, QStringLiteral("照明")));
     for (const char* name : { "动力", "插座", "插座1" })
         clickRow(*dlg, find(*dlg, QString::fromUtf8(name)), Qt::ControlModifier);
-    dlg->m_bModified = false;
+    dlg->m_tree.ClearUndo(); // the rows as they are now count as saved
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_DELETE));
     EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力"));
     EXPECT_EQ(boxes.texts(),
@@ -189,17 +189,17 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteKeepsCodesUsedOnAnotherFloorAndSaysSoOnce)
                 "该节点或者该节点的子级系统编号已被使用,不能删除!\n照明\\WL1\\一层：B1 1\n动力：2F 1") }));
     EXPECT_EQ(boxes.boxes().at(0).type, 0x12034u);
     EXPECT_EQ(boxes.boxes().at(1).type, 0x12030u);
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     EXPECT_TRUE(dlg->m_bOtherFloorsScanned);
 
     // Answering "否" keeps a row with children and asks nothing else.
     boxes.clear();
     boxes.queueAnswer(IDNO);
-    dlg->m_bModified = false;
+    dlg->m_tree.ClearUndo(); // the rows as they are now count as saved
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("照明\\WL1")), ID_MENU_DELETE));
     EXPECT_EQ(boxes.texts().size(), 1);
     EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力"));
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
 }
 
 // A floor whose drawing cannot be read may use any code: deleting a saved code asks
@@ -222,7 +222,7 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteAsksFirstWhenAFloorsDrawingCannotBeRead)
 
     clickRow(*dlg, find(*dlg, QStringLiteral("动力")));
     clickRow(*dlg, find(*dlg, QStringLiteral("插座")), Qt::ControlModifier);
-    dlg->m_bModified = false;
+    dlg->m_tree.ClearUndo(); // the rows as they are now count as saved
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_DELETE));
     ASSERT_EQ(boxes.boxes().size(), 1); // one question for both rows
     const QString question = boxes.boxes()[0].text;
@@ -233,14 +233,14 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteAsksFirstWhenAFloorsDrawingCannotBeRead)
     EXPECT_TRUE(question.endsWith(QStringLiteral("\n是否仍然删除?")));
     EXPECT_EQ(boxes.boxes()[0].type, 0x12134u);
     EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力 | 插座")); // No, the default
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
 
     boxes.clear();
     boxes.queueAnswer(IDYES);
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_DELETE));
     EXPECT_EQ(boxes.boxes().size(), 1);
     EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层"));
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
 }
 
 TEST_F(SysCodeDlgNodeOpsTest, ADraggedRowShowsItsPictureAndTheDropTargetThenLandsAfterIt)
@@ -267,7 +267,7 @@ TEST_F(SysCodeDlgNodeOpsTest, ADraggedRowShowsItsPictureAndTheDropTargetThenLand
     EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 插座 | 动力"));
     EXPECT_EQ(dlg->m_tree.GetDropHilightItem(), nullptr);
     EXPECT_FALSE(dlg->m_bDragging);
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     // The moved code keeps its stored index: it is the same code at a new place.
     EXPECT_EQ(dlg->GetRowNodeIndex(find(*dlg, QStringLiteral("插座"))), 5);
 }

@@ -70,7 +70,6 @@ protected:
         HTREEITEM row = topRow(dlg, from);
         ASSERT_NE(row, nullptr);
         grid(dlg).SetItemText(row, to, 0);
-        dlg.m_bModified = true;
     }
     static void click(SysCodeDlg& dlg, int id) { QTest::mouseClick(GetDlgItem(&dlg, id), Qt::LeftButton); }
     static void setScale(SysCodeDlg& dlg, const QString& text)
@@ -148,7 +147,7 @@ TEST_F(SysCodeDlgSaveTest, OkStoresTheGridKeepingIndexesAndRedrawsByColourDispla
         click(*dlg, IDC_BTN_OK);
         ASSERT_EQ(dlg->result(), QDialog::Accepted);
         EXPECT_EQ(takeCommands(), commands);
-        EXPECT_FALSE(dlg->m_bModified);
+        EXPECT_FALSE(dlg->IsModified());
         EXPECT_TRUE(dlg->m_bColorChanged);
         EXPECT_EQ(dlg->m_strSelCode, QStringLiteral("插座")); // 电气 is the current specialty
         const QString renamed = showType ? "动力A" : "动力";
@@ -217,7 +216,7 @@ TEST_F(SysCodeDlgSaveTest, ClashesAndBadNamesKeepTheDialogOpenAndTheStoreAsItWas
         EXPECT_TRUE(dlg->isVisible());
         EXPECT_EQ(boxes.texts().last(), r.message);
         EXPECT_EQ(boxes.boxes().last().type, kMbWarning);
-        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->IsModified());
         EXPECT_EQ(storedNames(), kStoredAtStart);
         EXPECT_TRUE(takeCommands().isEmpty());
     }
@@ -317,7 +316,7 @@ TEST_F(SysCodeDlgSaveTest, SwitchingSpecialtyAsksWithNoAsDefaultAndSavesOnYes)
         EXPECT_EQ(boxes.boxes().first().type, kMbQuestionDefaultNo);
         EXPECT_EQ(dlg->m_strSpec, QStringLiteral("给排水"));
         EXPECT_EQ(dlg->m_strPrevSpec, kElectrical);
-        EXPECT_FALSE(dlg->m_bModified);
+        EXPECT_FALSE(dlg->IsModified());
         EXPECT_EQ(grid(*dlg).GetItemText(grid(*dlg).GetItemFromRow(0), 0), QStringLiteral("给水"));
         EXPECT_EQ(storedNames().last(), answer == IDYES ? "插座Y" : "插座");
     }
@@ -334,7 +333,7 @@ TEST_F(SysCodeDlgSaveTest, AClashStopsTheSwitchAndKeepsTheOldSpecialty)
     EXPECT_EQ(
         qobject_cast<QListWidget*>(GetDlgItem(dlg.get(), IDC_LIST_SPEC))->currentItem()->text(), kElectrical);
     EXPECT_TRUE(topRow(*dlg, "照明"));
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
 }
 
 // Each write of a save in turn fails as a full disk would: the user is told, the
@@ -359,7 +358,7 @@ TEST_F(SysCodeDlgSaveTest, AFailureAtAnyWriteOfASaveLosesNothing)
         ASSERT_EQ(boxes.texts().size(), 1);
         EXPECT_TRUE(boxes.texts().first().startsWith(QStringLiteral("系统编号未能保存")))
             << boxes.texts().first().toStdString();
-        EXPECT_TRUE(dlg->m_bModified);
+        EXPECT_TRUE(dlg->IsModified());
         EXPECT_EQ(dlg->m_renames.size(), 1u);
         EXPECT_TRUE(topRow(*dlg, "电力"));
         EXPECT_EQ(storedNames(), kStoredAtStart);

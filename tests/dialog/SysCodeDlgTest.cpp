@@ -1,4 +1,5 @@
 // The management dialog as a user sees and drives it, on a project made for the test.
+#include "SysCodeColumn.h"
 #include "SysCodeDlg.h"
 #include "CDialogUnits.h"
 #include "CTreeListCtrl.h"
@@ -119,7 +120,7 @@ TEST_F(SysCodeDlgTest, RowsShowTheCodesOfTheSpecialty)
     for (int column : { 0, 2, 5, 9 })
         EXPECT_EQ(g.GetItemBackColor(lighting, column), RGB(214, 214, 214)) << column;
     EXPECT_EQ(g.GetItemText(lighting, 2), QStringLiteral("SC20"));
-    EXPECT_EQ(dlg->m_mapRowInfo.at(lighting), QStringLiteral("电气\\配管\\SC20"));
+    EXPECT_EQ(dlg->GetRowInfo(lighting), QStringLiteral("电气\\配管\\SC20"));
     EXPECT_EQ(g.GetItemText(lighting, 7), QStringLiteral("30"));
     HTREEITEM wl1 = g.GetChildItem(lighting);
     EXPECT_EQ(g.GetItemText(wl1, 7), QStringLiteral("2.5"));
@@ -154,7 +155,7 @@ TEST_F(SysCodeDlgTest, ChoosingASpecialtyRefillsTheGrid)
     EXPECT_EQ(shownNames(*dlg), QStringList({ "给水" }));
     EXPECT_FALSE(control(*dlg, IDC_BTN_BATCH_MODIFY)->isEnabled());
     EXPECT_FALSE(control(*dlg, IDC_BTN_DELETE_PIPEINFO)->isEnabled());
-    EXPECT_TRUE(dlg->m_mapRowInfo.empty());
+    EXPECT_EQ(dlg->GetRowInfo(dlg->FindRowByFullName(QStringLiteral("给水"))), QString());
 
     chooseSpec(*dlg, QStringLiteral("弱电"));
     EXPECT_EQ(grid(*dlg).GetColumnCount(), 10);
@@ -328,7 +329,7 @@ TEST_F(SysCodeDlgTest, ARowCommandMarksTheDialogModifiedExactlyWhenItChangesTheG
         dlg->m_pCurRow = row;
         const QStringList before = snapshot(*dlg);
         EXPECT_TRUE(dlg->OnCommand(command)) << command;
-        EXPECT_EQ(dlg->m_bModified, snapshot(*dlg) != before) << command;
+        EXPECT_EQ(dlg->IsModified(), snapshot(*dlg) != before) << command;
     }
 }
 
@@ -353,12 +354,14 @@ TEST_F(SysCodeDlgTest, FindSeesChangesMadeWhileItIsOpen)
         { "a remark written", [&](SysCodeDlg& dlg) { grid(dlg).SetItemText(at(dlg, "插座"), "一般插座", 9); },
             "一般", { "照明", "插座" } },
         { "pipeline information set",
-            [&](SysCodeDlg& dlg) { dlg.SetRowInfo(at(dlg, "动力"), QStringLiteral("电气\\电缆\\YJV")); },
+            [&](SysCodeDlg& dlg) {
+                grid(dlg).SetItemValue(at(dlg, "动力"), QStringLiteral("电气\\电缆\\YJV"), kColPipeInfo);
+            },
             "YJV", { "动力" } },
         { "pipeline information cleared and that undone",
             [&](SysCodeDlg& dlg) {
                 grid(dlg).BeginUndoGroup();
-                dlg.EraseRowInfo(at(dlg, "照明"));
+                grid(dlg).SetItemValue(at(dlg, "照明"), QString(), kColPipeInfo);
                 grid(dlg).EndUndoGroup();
                 dlg.ReplayUndo(true);
             },

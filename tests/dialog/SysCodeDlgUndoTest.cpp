@@ -90,19 +90,19 @@ TEST_F(SysCodeDlgUndoTest, ARenameUndoneAndRedoneTakesItsRecordedRenameAndTheMod
     key(QApplication::focusWidget(), Qt::Key_Return);
     ASSERT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("DL"));
     ASSERT_EQ(dlg->m_renames.size(), 1u);
-    ASSERT_TRUE(dlg->m_bModified);
+    ASSERT_TRUE(dlg->IsModified());
 
     undo(*dlg);
     EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("动力"));
     EXPECT_TRUE(dlg->m_renames.empty());
-    EXPECT_FALSE(dlg->m_bModified) << "back as opened";
+    EXPECT_FALSE(dlg->IsModified()) << "back as opened";
     EXPECT_EQ(dlg->m_tree.GetCaretItem(), power);
 
     redo(*dlg);
     EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("DL"));
     ASSERT_EQ(dlg->m_renames.size(), 1u);
     EXPECT_EQ(dlg->m_renames.front().second, QStringLiteral("电气\\DL"));
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     undo(*dlg);
     key(&dlg->m_tree, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("DL")) << "Ctrl+Shift+Z redoes too";
@@ -112,25 +112,27 @@ TEST_F(SysCodeDlgUndoTest, ADeletedCodeComesBackWithItsPipelineInformationAndSav
 {
     auto dlg = open();
     HTREEITEM lighting = dlg->FindRowByFullName(QStringLiteral("照明"));
-    ASSERT_EQ(dlg->m_mapRowInfo.at(lighting), QStringLiteral("电气\\配管\\SC20"));
+    ASSERT_EQ(dlg->GetRowInfo(lighting), QStringLiteral("电气\\配管\\SC20"));
     clickRow(*dlg, lighting);
     boxes.queueAnswer(IDYES); // with the codes below it
     key(&dlg->m_tree, Qt::Key_Delete);
     ASSERT_EQ(topNames(*dlg), QStringList({ "动力", "插座" }));
-    EXPECT_EQ(dlg->m_mapRowInfo.count(lighting), 0u);
+    EXPECT_EQ(dlg->GetRowInfo(lighting), QString());
 
     undo(*dlg);
     ASSERT_EQ(topNames(*dlg), QStringList({ "照明", "动力", "插座" }));
     EXPECT_EQ(dlg->FindRowByFullName(QStringLiteral("照明")), lighting) << "the same row, not a copy";
-    EXPECT_EQ(dlg->m_mapRowInfo.at(lighting), QStringLiteral("电气\\配管\\SC20"));
+    EXPECT_EQ(dlg->GetRowInfo(lighting), QStringLiteral("电气\\配管\\SC20"));
     EXPECT_EQ(dlg->GetRowNodeIndex(dlg->FindRowByFullName(QStringLiteral("照明\\WL1\\一层"))), 3);
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
 
     // Deleted again and undone again: OK then stores the codes as they were.
     redo(*dlg);
     EXPECT_EQ(topNames(*dlg), QStringList({ "动力", "插座" }));
     undo(*dlg);
-    dlg->m_bModified = true; // stored even though nothing is left to store
+    // A cell written outside any recorded step loses the clean point: OK then stores
+    // even though nothing is left to store.
+    GridOf(*dlg).SetItemText(lighting, GridOf(*dlg).GetItemText(lighting, 0), 0);
     QTest::mouseClick(GetDlgItem(dlg.get(), IDC_BTN_OK), Qt::LeftButton);
     EXPECT_EQ(storedNames(), QStringList({ "照明", "照明\\WL1", "照明\\WL1\\一层", "动力", "插座" }));
     CSysCodeData root;
@@ -171,13 +173,13 @@ TEST_F(SysCodeDlgUndoTest, AnImportIsOneStepBackToTheCodesBeforeIt)
     EXPECT_EQ(topNames(*dlg), QStringList({ "照明", "动力", "插座" }));
     HTREEITEM power = dlg->FindRowByFullName(QStringLiteral("动力"));
     EXPECT_EQ(dlg->m_tree.GetItemBackColor(power, 1), 16711680u);
-    EXPECT_EQ(dlg->m_mapRowInfo.at(dlg->FindRowByFullName(QStringLiteral("照明"))),
+    EXPECT_EQ(dlg->GetRowInfo(dlg->FindRowByFullName(QStringLiteral("照明"))),
         QStringLiteral("电气\\配管\\SC20"));
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
     redo(*dlg);
     EXPECT_EQ(topNames(*dlg), QStringList({ "照明", "动力", "插座", "消防报警" }));
     EXPECT_EQ(dlg->m_tree.GetItemBackColor(dlg->FindRowByFullName(QStringLiteral("动力")), 1), 123u);
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
 }
 
 TEST_F(SysCodeDlgUndoTest, UndoStopsAtTheLastSave)
@@ -195,15 +197,15 @@ TEST_F(SysCodeDlgUndoTest, UndoStopsAtTheLastSave)
     QTest::mouseClick(GetDlgItem(dlg.get(), IDC_BTN_EXPORT), Qt::LeftButton);
     SetFileDialogHandler(previous);
     ASSERT_EQ(storedNames().first(), QStringLiteral("动力"));
-    EXPECT_FALSE(dlg->m_bModified);
+    EXPECT_FALSE(dlg->IsModified());
     dlg->m_tree.setFocus();
 
     key(&dlg->m_tree, Qt::Key_Down, Qt::AltModifier);
     ASSERT_EQ(topNames(*dlg), QStringList({ "动力", "插座", "照明" }));
-    EXPECT_TRUE(dlg->m_bModified);
+    EXPECT_TRUE(dlg->IsModified());
     undo(*dlg);
     EXPECT_EQ(topNames(*dlg), QStringList({ "动力", "照明", "插座" }));
-    EXPECT_FALSE(dlg->m_bModified) << "as last saved";
+    EXPECT_FALSE(dlg->IsModified()) << "as last saved";
     undo(*dlg);
     EXPECT_EQ(topNames(*dlg), QStringList({ "动力", "照明", "插座" })) << "the saved move stays";
     EXPECT_FALSE(dlg->m_tree.CanUndo());

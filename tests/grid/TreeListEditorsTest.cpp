@@ -5,6 +5,7 @@
 #include "CTreeListCombo.h"
 #include "CTreeListCtrl.h"
 #include "CTreeListEdit.h"
+#include "SysCodeEditChecks.h"
 #include "CTreeListEditBtn.h"
 #include "MessageBoxRecorder.h"
 
@@ -28,6 +29,7 @@ protected:
     void SetUp() override
     {
         grid.SetDlgCtrlID(201);
+        grid.GetCodeEditCtrl()->SetCommitCheck(&IsShortSysCode);
         grid.resize(640, 260);
         const QStringList titles { "系统编号", "颜色", "线型字符", "线宽(mm)", "线型样式" };
         for (int c = 0; c < titles.size(); ++c)
