@@ -168,13 +168,19 @@ bool SysCodeDlg::IsElectrical() const
 
 bool SysCodeDlg::IsModified() const
 {
-    return !m_tree.IsUndoClean();
+    return m_bEditEnded || !m_tree.IsUndoClean();
+}
+
+void SysCodeDlg::SetCleanPoint()
+{
+    m_tree.ClearUndo();
+    m_bEditEnded = false;
 }
 
 void SysCodeDlg::SetSavedFlags()
 {
     m_bColorChanged = true;
-    m_tree.ClearUndo();
+    SetCleanPoint();
 }
 
 bool SysCodeDlg::OnCommand(int commandId)

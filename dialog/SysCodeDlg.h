@@ -128,9 +128,10 @@ public:
     // stored the specialty in between, merges from these.
     std::unique_ptr<CSysCodeData> m_pStoredCodes;
     quint64 m_nStoredStamp = 0;
-    // Whether the rows differ from those the dialog filled or last saved: the undo
-    // history's clean point, so undoing back to it clears it. Every change to the
-    // codes is a recorded change to the grid; nothing else marks the dialog.
+    // Whether the rows differ from those the dialog filled or last saved: away from
+    // the undo history's clean point, so undoing back to it clears it. Every change
+    // to the codes is a recorded change to the grid. Besides, an ended cell edit
+    // marks the dialog (MarkEditEnded) even when the grid did not change.
     bool IsModified() const;
     // Set by a save (SetSavedFlags), which also makes the rows the clean point.
     bool m_bColorChanged = false;
@@ -176,6 +177,14 @@ public:
 
 protected:
     void SetSavedFlags();
+    // The rows as they are now are the clean point (after a fill or a save).
+    void SetCleanPoint();
+    // A name, remark, code or width edit ended, or the colour or text-picking button
+    // was used: the dialog counts as modified although the grid may not have
+    // changed (a refused edit puts its start text back) — the one mark the undo
+    // history cannot give. Cleared with the clean point and by undo and redo.
+    void MarkEditEnded() { m_bEditEnded = true; }
+    bool m_bEditEnded = false;
 
     // Message map.
     void OnOK();

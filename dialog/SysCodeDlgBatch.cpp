@@ -74,9 +74,12 @@ void SysCodeDlg::ApplyBatchModify(const BatchModifyValues& values)
     const int pipeColumn = SysCodeVisibleColumn(kColPipeInfo, withPipeColumns);
     for (int rowIndex : BatchTargetRows(selected)) {
         HTREEITEM row = m_tree.GetItemFromRow(rowIndex);
-        // The pipeline cell holds the path and shows its last part.
-        if (pipeColumn >= 0)
+        // Every target row takes the first row's path; its cell shows the path's
+        // last part only when the pipeline information was ticked.
+        if (pipeColumn >= 0 && values.apply[kBatchPipeInfo])
             m_tree.SetItemValue(row, change.strRowInfo, pipeColumn);
+        else if (pipeColumn >= 0)
+            m_tree.SetItemValueKeepText(row, change.strRowInfo, pipeColumn);
         if (change.bSetColor && colorColumn >= 0) {
             m_tree.SetItemColor(row, change.color, colorColumn);
             m_tree.SetItemBackColor(row, change.color, colorColumn);

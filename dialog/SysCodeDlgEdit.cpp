@@ -187,6 +187,7 @@ bool SysCodeDlg::EndComboEdit(int comboId)
     if (comboId == IDC_COMBO_LINEWIDTH) {
         if (!combo->CheckLineWidth())
             return true;
+        MarkEditEnded();
     } else if (comboId != IDC_COMBO_LIST) {
         return false;
     }
@@ -200,6 +201,7 @@ bool SysCodeDlg::EndNameEdit(CTreeListEditorBase* editor)
     const NameEditResult result = CheckNameEdit(GetRowFullName(m_tree.GetParentItem(row)),
         m_tree.GetItemText(row, 0), editor->GetWindowText(),
         [this](const QString& fullName) { return FindRowByFullName(fullName) != nullptr; });
+    MarkEditEnded();
     if (result.status == NameEditStatus::Clash) {
         showWarning(QStringLiteral(" %1系统编号在该级中已存在").arg(result.fullName));
         return true;
@@ -217,6 +219,7 @@ bool SysCodeDlg::EndNameEdit(CTreeListEditorBase* editor)
 
 bool SysCodeDlg::EndRemarkEdit(CTreeListEditorBase* editor)
 {
+    MarkEditEnded();
     if (HasForbiddenRemarkChar(editor->GetWindowText())) {
         showWarning(QStringLiteral("备注信息中包含以下不能使用的字符：&/\\"));
         return true;
@@ -228,6 +231,7 @@ bool SysCodeDlg::EndRemarkEdit(CTreeListEditorBase* editor)
 
 bool SysCodeDlg::EndCodeEdit(CTreeListEditorBase* editor)
 {
+    MarkEditEnded();
     if (editor->GetColumn() == kAlphaCheckedColumn) {
         QString value;
         if (NormaliseAlphaText(editor->GetWindowText(), value) != AlphaTextStatus::Accepted) {
@@ -285,6 +289,7 @@ void SysCodeDlg::OnColorCellButton()
         editor->widget()->setFocus(Qt::OtherFocusReason);
     }
     const SysCodeUndoGroup undoGroup(*this);
+    MarkEditEnded();
     const COLORREF colour = picked ? chosen : current;
     m_tree.SetItemColor(row, colour, column);
     m_tree.SetItemBackColor(row, colour, column);
@@ -302,6 +307,7 @@ void SysCodeDlg::OnPickTextButton(int buttonId)
     const bool name = buttonId == IDC_EDIT_NAME_INNER;
     const SysCodeUndoGroup undoGroup(*this);
     const bool taken = name ? TakeNameText(editor, row) : TakeRemarkText(editor, row);
+    MarkEditEnded();
     if (taken) {
         editor->SetStartText(editor->GetWindowText());
         editor->GetEdit()->selectAll();

@@ -169,7 +169,7 @@ void SysCodeDlg::FillSysCodeTree(const QString& spec, const CSysCodeData& root, 
     m_nMaxIndex = std::max(m_nMaxIndex, root.GetNodeIndex());
     KeepStoredCodes(root, stamp);
     m_tree.SetRedraw(true);
-    m_tree.ClearUndo();
+    SetCleanPoint();
 }
 
 HTREEITEM SysCodeDlg::InsertNodeRow(

@@ -264,5 +264,5 @@ void SysCodeDlg::FillRowsFromRoot(const CSysCodeData& root)
     // A refill of its own (after a save) starts the history afresh; a merge
     // being recorded is one step of it.
     if (!m_tree.IsUndoRecording())
-        m_tree.ClearUndo();
+        SetCleanPoint();
 }

@@ -25,6 +25,7 @@ bool SysCodeDlg::ReplayUndo(bool undo)
     if (m_nUndoDepth > 0 || m_bDragging || !(undo ? m_tree.CanUndo() : m_tree.CanRedo()))
         return false;
     HTREEITEM shown = undo ? m_tree.Undo() : m_tree.Redo();
+    m_bEditEnded = false;
     if (m_pCurRow && m_tree.GetItemLevel(m_pCurRow) <= 0)
         m_pCurRow = nullptr;
     // Rows that came back are matched against the find text like every other row.

@@ -91,6 +91,8 @@ public:
     // Typed cells (see CTreeListCell): a column given a value format holds values,
     // its texts derived from them. Recorded for undo like a text.
     BOOL SetItemValue(HTREEITEM item, const QVariant& value, int column);
+    // The value alone: the cell goes on showing its text until it is next set.
+    BOOL SetItemValueKeepText(HTREEITEM item, const QVariant& value, int column);
     QVariant GetItemValue(HTREEITEM item, int column) const;
     void SetColumnValueFormat(int column, std::function<QString(const QVariant&)> toText,
         std::function<QVariant(const QString&)> fromText);

@@ -13,6 +13,17 @@ BOOL CTreeListCtrl::SetItemValue(HTREEITEM item, const QVariant& value, int colu
     return TRUE;
 }
 
+BOOL CTreeListCtrl::SetItemValueKeepText(HTREEITEM item, const QVariant& value, int column)
+{
+    if (!validCell(item, column))
+        return FALSE;
+    std::optional<CTreeListCell> before = cellBeforeChange(item, column);
+    m_model->tree().setValue(item, column, value, true);
+    recordCellChange(item, column, std::move(before));
+    notifyCellChanged(item, column);
+    return TRUE;
+}
+
 QVariant CTreeListCtrl::GetItemValue(HTREEITEM item, int column) const
 {
     if (!valid(item) || column < 0)

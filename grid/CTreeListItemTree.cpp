@@ -218,12 +218,13 @@ void CTreeListItemTree::setText(HTREEITEM item, int column, const QString& text)
         cell.value = m_columns[size_t(column)].fromText(text);
 }
 
-void CTreeListItemTree::setValue(HTREEITEM item, int column, const QVariant& value)
+void CTreeListItemTree::setValue(HTREEITEM item, int column, const QVariant& value, bool keepText)
 {
     ++m_contentChanges;
     CTreeListCell& cell = item->cellForWrite(column);
     if (column < columnCount() && m_columns[size_t(column)].toText) {
-        cell.text = m_columns[size_t(column)].toText(value);
+        if (!keepText)
+            cell.text = m_columns[size_t(column)].toText(value);
         cell.value = value;
     } else {
         cell.text = value.toString();

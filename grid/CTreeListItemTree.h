@@ -78,7 +78,8 @@ public:
     // Cells.
     void setText(HTREEITEM item, int column, const QString& text);
     // In a column without a value format the value is kept as the cell's text.
-    void setValue(HTREEITEM item, int column, const QVariant& value);
+    // `keepText`: the cell goes on showing what it showed (a typed column only).
+    void setValue(HTREEITEM item, int column, const QVariant& value, bool keepText = false);
     // A cell's typed value; its text where the column has no value format or the
     // text stands for no value.
     QVariant value(HTREEITEM item, int column) const;

@@ -2,16 +2,16 @@
 
 // What a code holds before anyone gave it a value: one place for the grid's blank
 // rows, the spreadsheet import and the copy buffer.
+#include "SysCodeValueRange.h"
+
 #include <QString>
 
 class CSysCodeData;
 
-// A width of -1 means "not set": the specialty's default stands for it wherever
-// the code is shown or stored.
-constexpr double kUnsetSysLineWidth = -1.0;
-
 // Electrical codes draw cables and conduits, 30 wide; every other specialty's, 1.
 double DefaultSysLineWidth(bool electrical);
+// The width a code is drawn with: its own, or its specialty's default when it has
+// none set (kUnsetSysLineWidth).
 double EffectiveSysLineWidth(double width, bool electrical);
 // The attributes of a blank code: drawn by characters, the default width, opaque.
 // Name, colour, remark and pipeline information are left as they are.
