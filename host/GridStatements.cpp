@@ -1,37 +1,38 @@
 #include "GridStatements.h"
 
-#include "CTreeListCombo.h"
-#include "CTreeListCtrl.h"
-#include "CTreeListEditorBase.h"
 #include "ModalDriver.h"
 #include "ScriptAnswers.h"
 #include "ScriptWords.h"
+#include "TreeViewRows.h"
 #include "WidgetInput.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
+#include <QTreeView>
 
 namespace {
-QString ColumnList(const CTreeListCtrl& grid)
+QString ColumnList(const TreeViewRows& rows)
 {
     QStringList titles;
-    for (int i = 0; i < grid.GetColumnCount(); ++i)
-        titles.append(QStringLiteral("%1 %2").arg(i).arg(grid.GetColumnText(i)));
+    for (int i = 0; i < rows.ColumnCount(); ++i)
+        titles.append(QStringLiteral("%1 %2").arg(i).arg(rows.ColumnTitle(i)));
     return titles.join(QStringLiteral(", "));
 }
 
-// Every row of the tree below `parent`, shown or not, in display order.
-void CollectItems(const CTreeListCtrl& grid, HTREEITEM parent, std::vector<HTREEITEM>& items)
+QPoint CellCentre(const TreeViewRows& rows, const QModelIndex& row, int column)
 {
-    for (HTREEITEM child = grid.GetChildItem(parent); child; child = grid.GetNextSiblingItem(child)) {
-        items.push_back(child);
-        CollectItems(grid, child, items);
-    }
+    return rows.CellRect(row, column).center();
 }
 
-QPoint CellCentre(const CTreeListCtrl& grid, HTREEITEM item, int column)
+// The drop-down of the open editor: the editor itself or a part of it.
+QComboBox* EditorCombo(QWidget* editor)
 {
-    return grid.GetSubItemRect(item, column).center();
+    if (!editor)
+        return nullptr;
+    if (auto* combo = qobject_cast<QComboBox*>(editor))
+        return combo;
+    return editor->findChild<QComboBox*>();
 }
 } // namespace
 
@@ -39,41 +40,10 @@ GridStatements::GridStatements(std::function<void(const QString&)> report)
     : m_report(std::move(report))
 { }
 
-CTreeListCtrl* GridStatements::ActiveGrid()
-{
-    QWidget* dialog = QApplication::activeModalWidget();
-    if (!dialog)
-        return nullptr;
-    // By class name: the plug-in that made the grid carries its own copy of the
-    // class, whose meta-object is not the host's.
-    for (QTreeView* view : dialog->findChildren<QTreeView*>())
-        if (view->inherits("CTreeListCtrl") && view->isVisible())
-            return static_cast<CTreeListCtrl*>(view);
-    return nullptr;
-}
-
-QString GridStatements::FullName(const CTreeListCtrl& grid, CTreeListItem* item)
-{
-    QStringList levels;
-    for (HTREEITEM at = item; at && grid.GetItemLevel(at) >= 1; at = grid.GetParentItem(at))
-        levels.prepend(grid.GetItemText(at, 0));
-    return levels.join(u'&');
-}
-
-QString GridStatements::RowsDump(const CTreeListCtrl& grid)
-{
-    QStringList rows;
-    for (int row = 0; row < grid.GetItemCount(); ++row) {
-        HTREEITEM item = grid.GetItemFromRow(row);
-        rows.append(QString(grid.GetItemLevel(item) - 1, u'>') + grid.GetItemText(item, 0));
-    }
-    return rows.join(QStringLiteral(" | "));
-}
-
 bool GridStatements::Resolve(
-    const QString& rest, CTreeListItem*& item, int* column, QString& tail, QString& error)
+    const QString& rest, QModelIndex& row, int* column, QString& tail, QString& error)
 {
-    m_grid = ActiveGrid();
+    m_grid = TreeViewRows::ActiveView();
     if (!m_grid) {
         error = QStringLiteral("expected a dialog with a grid, found %1")
                     .arg(QApplication::activeModalWidget() ? QStringLiteral("a dialog without one")
@@ -82,14 +52,10 @@ bool GridStatements::Resolve(
     }
     tail = rest;
     const QString name = ScriptWords::Take(tail);
-    std::vector<HTREEITEM> items;
-    CollectItems(*m_grid, nullptr, items);
-    item = nullptr;
-    for (HTREEITEM candidate : items)
-        if (!item && FullName(*m_grid, candidate) == name)
-            item = candidate;
-    if (!item) {
-        error = QStringLiteral("expected a row \"%1\", found rows %2").arg(name, RowsDump(*m_grid));
+    const TreeViewRows rows(*m_grid);
+    row = rows.Find(name);
+    if (!row.isValid()) {
+        error = QStringLiteral("expected a row \"%1\", found rows %2").arg(name, rows.Dump());
         return false;
     }
     return !column || ResolveColumn(tail, *column, error);
@@ -97,15 +63,16 @@ bool GridStatements::Resolve(
 
 bool GridStatements::ResolveColumn(QString& tail, int& column, QString& error) const
 {
+    const TreeViewRows rows(*m_grid);
     const QString word = ScriptWords::Take(tail);
     bool isNumber = false;
     column = word.toInt(&isNumber);
     if (!isNumber)
-        for (column = m_grid->GetColumnCount() - 1; column >= 0; --column)
-            if (m_grid->GetColumnText(column) == word)
+        for (column = rows.ColumnCount() - 1; column >= 0; --column)
+            if (rows.ColumnTitle(column) == word)
                 break;
-    if (word.isEmpty() || column < 0 || column >= m_grid->GetColumnCount()) {
-        error = QStringLiteral("expected a column \"%1\", found %2").arg(word, ColumnList(*m_grid));
+    if (word.isEmpty() || column < 0 || column >= rows.ColumnCount()) {
+        error = QStringLiteral("expected a column \"%1\", found %2").arg(word, ColumnList(rows));
         return false;
     }
     return true;
@@ -147,36 +114,36 @@ bool GridStatements::Execute(const QString& keyword, const QString& rest, QStrin
 
 bool GridStatements::ClickRow(const QString& keyword, const QString& rest, QString& error)
 {
-    HTREEITEM item = nullptr;
+    QModelIndex row;
     QString tail;
     int column = 0;
-    if (!Resolve(rest, item, nullptr, tail, error)
-        || (!tail.isEmpty() && !ResolveColumn(tail, column, error)))
+    if (!Resolve(rest, row, nullptr, tail, error) || (!tail.isEmpty() && !ResolveColumn(tail, column, error)))
         return false;
-    if (m_grid->GetRowFromItem(item) < 0) {
+    TreeViewRows rows(*m_grid);
+    if (!rows.IsShown(row)) {
         error = QStringLiteral("expected the row \"%1\" shown, found it inside a collapsed row")
-                    .arg(FullName(*m_grid, item));
+                    .arg(TreeViewRows::FullName(row));
         return false;
     }
-    m_grid->EnsureVisible(item);
+    rows.Reveal(row);
     const Qt::KeyboardModifiers modifiers = keyword == QLatin1String("row-ctrl") ? Qt::ControlModifier
         : keyword == QLatin1String("row-shift")                                  ? Qt::ShiftModifier
                                                                                  : Qt::NoModifier;
     const Qt::MouseButton button = keyword == QLatin1String("rclick") ? Qt::RightButton : Qt::LeftButton;
-    WidgetInput::Click(m_grid->viewport(), CellCentre(*m_grid, item, column), button, modifiers);
+    WidgetInput::Click(m_grid->viewport(), CellCentre(rows, row, column), button, modifiers);
     return true;
 }
 
 bool GridStatements::RightClickEmpty(QString& error)
 {
-    m_grid = ActiveGrid();
+    m_grid = TreeViewRows::ActiveView();
     if (!m_grid) {
         error = QStringLiteral("expected a dialog with a grid, found none");
         return false;
     }
-    const int rows = m_grid->GetItemCount();
-    const int below
-        = rows == 0 ? 0 : m_grid->GetSubItemRect(m_grid->GetItemFromRow(rows - 1), 0).bottom() + 1;
+    const TreeViewRows rows(*m_grid);
+    const std::vector<QModelIndex> shown = rows.ShownRows();
+    const int below = shown.empty() ? 0 : rows.CellRect(shown.back(), 0).bottom() + 1;
     const QPoint empty(4, below + 4);
     if (!m_grid->viewport()->rect().contains(empty)) {
         error = QStringLiteral("expected an empty area below the rows, found the rows filling the grid");
@@ -188,24 +155,26 @@ bool GridStatements::RightClickEmpty(QString& error)
 
 bool GridStatements::DoubleClick(const QString& rest, QString& error)
 {
-    HTREEITEM item = nullptr;
+    QModelIndex row;
     int column = 0;
     QString tail;
-    if (!Resolve(rest, item, &column, tail, error))
+    if (!Resolve(rest, row, &column, tail, error))
         return false;
-    m_grid->EnsureVisible(item);
-    WidgetInput::DoubleClick(m_grid->viewport(), CellCentre(*m_grid, item, column));
+    TreeViewRows rows(*m_grid);
+    rows.Reveal(row);
+    WidgetInput::DoubleClick(m_grid->viewport(), CellCentre(rows, row, column));
     return true;
 }
 
 bool GridStatements::Drag(const QString& keyword, const QString& rest, QString& error)
 {
-    HTREEITEM item = nullptr;
+    QModelIndex row;
     QString tail;
-    if (!Resolve(rest, item, nullptr, tail, error))
+    if (!Resolve(rest, row, nullptr, tail, error))
         return false;
+    const TreeViewRows rows(*m_grid);
     QWidget* viewport = m_grid->viewport();
-    const QPoint from = CellCentre(*m_grid, item, 0);
+    const QPoint from = CellCentre(rows, row, 0);
     if (keyword == QLatin1String("drag-out")) {
         // A corner of the dialog away from the grid.
         QWidget* dialog = m_grid->window();
@@ -220,57 +189,50 @@ bool GridStatements::Drag(const QString& keyword, const QString& rest, QString& 
         error = QStringLiteral("expected room beside the grid, found the grid filling the dialog");
         return false;
     }
-    HTREEITEM target = nullptr;
+    QModelIndex target;
     QString unused;
     if (!Resolve(tail, target, nullptr, unused, error))
         return false;
     const Qt::KeyboardModifiers modifiers
         = keyword == QLatin1String("drag-ctrl") ? Qt::ControlModifier : Qt::NoModifier;
-    WidgetInput::Drag(viewport, from, CellCentre(*m_grid, target, 0), modifiers);
+    WidgetInput::Drag(viewport, from, CellCentre(rows, target, 0), modifiers);
     return true;
 }
 
 bool GridStatements::Expand(bool expand, const QString& rest, QString& error)
 {
-    HTREEITEM item = nullptr;
+    QModelIndex row;
     QString tail;
-    if (!Resolve(rest, item, nullptr, tail, error))
+    if (!Resolve(rest, row, nullptr, tail, error))
         return false;
-    if (m_grid->IsItemExpanded(item) == expand) {
+    if (m_grid->isExpanded(row) == expand) {
         m_report(QStringLiteral("\"%1\" is already %2").arg(rest, expand ? "expanded" : "collapsed"));
         return true;
     }
-    // The button left of the row's text: found by the grid's own hit test.
-    const QRect cell = m_grid->GetSubItemRect(item, 0);
-    for (int x = 0; x < cell.right(); ++x) {
-        UINT flags = 0;
-        const QPoint at(x, cell.center().y());
-        if (m_grid->HitTest(at, &flags) == item && (flags & TVHT_ONITEMBUTTON)) {
-            WidgetInput::Click(m_grid->viewport(), at);
-            return true;
-        }
+    const std::optional<QPoint> button = TreeViewRows(*m_grid).ExpandButton(row);
+    if (!button) {
+        error = QStringLiteral("expected an expand button on \"%1\", found none").arg(rest);
+        return false;
     }
-    error = QStringLiteral("expected an expand button on \"%1\", found none").arg(rest);
-    return false;
+    WidgetInput::Click(m_grid->viewport(), *button);
+    return true;
 }
 
 bool GridStatements::Edit(const QString& rest, QString& error)
 {
-    HTREEITEM item = nullptr;
+    QModelIndex row;
     int column = 0;
     QString tail;
-    if (!Resolve(rest, item, &column, tail, error))
+    if (!Resolve(rest, row, &column, tail, error))
         return false;
-    m_grid->EnsureVisible(item);
-    const QPoint at = CellCentre(*m_grid, item, column);
+    TreeViewRows rows(*m_grid);
+    rows.Reveal(row);
+    const QPoint at = CellCentre(rows, row, column);
     // A click on the only selected row opens its cell; the first click selects it.
-    const bool onlyCaret = m_grid->GetCaretItem() == item && m_grid->GetSelectedCount() == 1
-        && (m_grid->GetItemState(item, LVIS_SELECTED) & LVIS_SELECTED);
-    if (!onlyCaret)
+    if (!rows.IsOnlySelectedCurrent(row))
         WidgetInput::Click(m_grid->viewport(), at);
     WidgetInput::Click(m_grid->viewport(), at);
-    CTreeListEditorBase* editor = m_grid->GetActiveEditor();
-    if (!editor || !editor->IsEditing()) {
+    if (!rows.OpenEditor()) {
         error = QStringLiteral("expected an editor in \"%1\" column %2, found none")
                     .arg(rest.section(u' ', 0, 0))
                     .arg(column);
@@ -281,18 +243,15 @@ bool GridStatements::Edit(const QString& rest, QString& error)
 
 bool GridStatements::CellButton(const QString& rest, QString& error)
 {
-    m_grid = ActiveGrid();
-    CTreeListEditorBase* editor = m_grid ? m_grid->GetActiveEditor() : nullptr;
+    m_grid = TreeViewRows::ActiveView();
+    QWidget* editor = m_grid ? TreeViewRows(*m_grid).OpenEditor() : nullptr;
     bool ok = false;
     const int id = rest.toInt(&ok);
-    auto* button = editor && editor->IsEditing()
-        ? qobject_cast<QAbstractButton*>(ModalDriver::FindControl(editor->widget(), id))
-        : nullptr;
+    auto* button = editor ? qobject_cast<QAbstractButton*>(ModalDriver::FindControl(editor, id)) : nullptr;
     if (!ok || !button || !button->isVisible()) {
         error = QStringLiteral("expected an open cell editor with the button %1, found %2")
                     .arg(rest,
-                        editor && editor->IsEditing() ? QStringLiteral("an editor without it")
-                                                      : QStringLiteral("no open editor"));
+                        editor ? QStringLiteral("an editor without it") : QStringLiteral("no open editor"));
         return false;
     }
     WidgetInput::Click(button, button->rect().center());
@@ -301,9 +260,9 @@ bool GridStatements::CellButton(const QString& rest, QString& error)
 
 bool GridStatements::Pick(const QString& rest, QString& error)
 {
-    m_grid = ActiveGrid();
-    CTreeListCombo* combo = m_grid ? m_grid->GetComboCtrl() : nullptr;
-    if (!combo || !combo->IsEditing()) {
+    m_grid = TreeViewRows::ActiveView();
+    QComboBox* combo = m_grid ? EditorCombo(TreeViewRows(*m_grid).OpenEditor()) : nullptr;
+    if (!combo) {
         error = QStringLiteral("expected an open drop-down editor, found none");
         return false;
     }
@@ -312,14 +271,15 @@ bool GridStatements::Pick(const QString& rest, QString& error)
 
 bool GridStatements::ExpectCell(const QString& keyword, const QString& rest, QString& error)
 {
-    HTREEITEM item = nullptr;
+    QModelIndex row;
     int column = 0;
     QString wanted;
-    if (!Resolve(rest, item, &column, wanted, error))
+    if (!Resolve(rest, row, &column, wanted, error))
         return false;
-    const QString where = QStringLiteral("cell %1 of \"%2\"").arg(column).arg(FullName(*m_grid, item));
+    const TreeViewRows rows(*m_grid);
+    const QString where = QStringLiteral("cell %1 of \"%2\"").arg(column).arg(TreeViewRows::FullName(row));
     if (keyword == QLatin1String("expect-cell")) {
-        const QString found = m_grid->GetItemText(item, column);
+        const QString found = rows.Text(row, column);
         error = QStringLiteral("expected the %1 to read \"%2\", found \"%3\"").arg(where, wanted, found);
         return found == wanted;
     }
@@ -329,7 +289,7 @@ bool GridStatements::ExpectCell(const QString& keyword, const QString& rest, QSt
         return false;
     }
     const bool text = keyword == QLatin1String("expect-color");
-    const COLORREF found = text ? m_grid->GetItemColor(item, column) : m_grid->GetItemBackColor(item, column);
+    const COLORREF found = rows.Colour(row, column, text ? Qt::ForegroundRole : Qt::BackgroundRole);
     error = QStringLiteral("expected the %1 %2 colour %3, found %4")
                 .arg(where, text ? QStringLiteral("text") : QStringLiteral("background"),
                     ScriptAnswers::ColourName(colour), ScriptAnswers::ColourName(found));
@@ -338,21 +298,19 @@ bool GridStatements::ExpectCell(const QString& keyword, const QString& rest, QSt
 
 bool GridStatements::ExpectRows(const QString& rest, QString& error)
 {
-    m_grid = ActiveGrid();
-    const QString found = m_grid ? RowsDump(*m_grid) : QStringLiteral("no grid");
+    m_grid = TreeViewRows::ActiveView();
+    const QString found = m_grid ? TreeViewRows(*m_grid).Dump() : QStringLiteral("no grid");
     error = QStringLiteral("expected the rows \"%1\", found \"%2\"").arg(rest, found);
     return m_grid && found == rest;
 }
 
 bool GridStatements::ExpectSelected(const QString& rest, QString& error)
 {
-    m_grid = ActiveGrid();
+    m_grid = TreeViewRows::ActiveView();
     QStringList selected;
-    for (int row = 0; m_grid && row < m_grid->GetItemCount(); ++row) {
-        HTREEITEM item = m_grid->GetItemFromRow(row);
-        if (m_grid->GetItemState(item, LVIS_SELECTED) & LVIS_SELECTED)
-            selected.append(FullName(*m_grid, item));
-    }
+    if (m_grid)
+        for (const QModelIndex& row : TreeViewRows(*m_grid).SelectedRows())
+            selected.append(TreeViewRows::FullName(row));
     const QString found = selected.join(QStringLiteral(" | "));
     error = QStringLiteral("expected the selected rows \"%1\", found \"%2\"").arg(rest, found);
     return m_grid && found == rest;
@@ -360,19 +318,19 @@ bool GridStatements::ExpectSelected(const QString& rest, QString& error)
 
 bool GridStatements::PrintRows(QString& error)
 {
-    m_grid = ActiveGrid();
+    m_grid = TreeViewRows::ActiveView();
     if (!m_grid) {
         error = QStringLiteral("expected a dialog with a grid, found none");
         return false;
     }
-    QStringList lines { QStringLiteral("rows: ") + RowsDump(*m_grid) };
-    for (int row = 0; row < m_grid->GetItemCount(); ++row) {
-        HTREEITEM item = m_grid->GetItemFromRow(row);
+    const TreeViewRows rows(*m_grid);
+    QStringList lines { QStringLiteral("rows: ") + rows.Dump() };
+    for (const QModelIndex& row : rows.ShownRows()) {
         QStringList cells;
-        for (int column = 0; column < m_grid->GetColumnCount(); ++column)
-            cells.append(m_grid->GetItemText(item, column));
+        for (int column = 0; column < rows.ColumnCount(); ++column)
+            cells.append(rows.Text(row, column));
         lines.append(
-            QString((m_grid->GetItemLevel(item) - 1) * 2 + 2, u' ') + cells.join(QStringLiteral(" | ")));
+            QString((TreeViewRows::Level(row) - 1) * 2 + 2, u' ') + cells.join(QStringLiteral(" | ")));
     }
     m_report(lines.join(u'\n'));
     return true;

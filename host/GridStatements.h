@@ -1,17 +1,18 @@
 #pragma once
 
-// Script statements on the grid (the CTreeListCtrl) of the active dialog: clicks on
-// rows, context menus, double clicks, drags, expanding, in-place editing and the
-// checks of cells, rows and the selection. Rows are named by their full name, levels
-// joined by "&" ("公共照明&WL1"); columns by number or title.
+// Script statements on the grid of the active dialog (its tree view, whatever class
+// the plug-in made it of): clicks on rows, context menus, double clicks, drags,
+// expanding, in-place editing and the checks of cells, rows and the selection. Rows
+// are named by their full name, levels joined by "&" ("公共照明&WL1"); columns by
+// number or title. Everything is read through the view's model and roles, and done
+// with real mouse events on the view.
 #include <QString>
 #include <QStringList>
 
 #include <functional>
 
-class CTreeListCtrl;
-class CTreeListItem;
-class QPoint;
+class QModelIndex;
+class QTreeView;
 
 class GridStatements
 {
@@ -20,13 +21,6 @@ public:
 
     // Runs the statement when it is one of the grid's: `handled` tells whether it was.
     bool Execute(const QString& keyword, const QString& rest, QString& error, bool& handled);
-
-    // The shown rows: "公共照明 | >WL1 | >WL2", one ">" a level below the top.
-    static QString RowsDump(const CTreeListCtrl& grid);
-    // The full "&"-joined name of a row.
-    static QString FullName(const CTreeListCtrl& grid, CTreeListItem* item);
-    // The grid of the active dialog, or null.
-    static CTreeListCtrl* ActiveGrid();
 
 private:
     bool ClickRow(const QString& keyword, const QString& rest, QString& error);
@@ -44,10 +38,10 @@ private:
 
     // Finds the grid, the row and (when `column` is not null) the column named at the
     // start of `rest`; what follows them comes back in `tail`.
-    bool Resolve(const QString& rest, CTreeListItem*& item, int* column, QString& tail, QString& error);
+    bool Resolve(const QString& rest, QModelIndex& row, int* column, QString& tail, QString& error);
     // The column (number or title) at the start of `tail`, taken off it.
     bool ResolveColumn(QString& tail, int& column, QString& error) const;
 
     std::function<void(const QString&)> m_report;
-    CTreeListCtrl* m_grid = nullptr;
+    QTreeView* m_grid = nullptr;
 };

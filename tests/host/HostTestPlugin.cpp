@@ -1,8 +1,9 @@
 // A tiny application file for the host tests: a command that selects, queues a
 // redraw and reports; a command that opens a dialog and asks a question; one that
-// opens the CAD colour dialog; one with a grid and common controls; one that asks
-// for a file; one that will not close; the attribute bar's double-click callback;
-// and, when asked, a code written to the store as it loads.
+// opens the CAD colour dialog; one with a grid and common controls; one with a plain
+// tree widget; one that asks for a file; one that will not close; the attribute
+// bar's double-click callback; and, when asked, a code written to the store as it
+// loads.
 #include "CISysCode.h"
 #include "CProj.h"
 #include "CSysCodeData.h"
@@ -10,6 +11,7 @@
 #include "IFaceBarCtrl.h"
 #include "QvKsCADColorTool.h"
 #include "StubbornDialog.h"
+#include "TreeWidgetDialog.h"
 #include "WinFileDialog.h"
 #include "WinMessageBox.h"
 #include "ZcApDocManager.h"
@@ -88,6 +90,12 @@ void onGrid()
     zcutPrintf(QStringLiteral("\n[qvhgrid] result %1").arg(dialog.exec()));
 }
 
+void onTree()
+{
+    TreeWidgetDialog dialog;
+    zcutPrintf(QStringLiteral("\n[qvhtree] result %1").arg(dialog.exec()));
+}
+
 void onFile()
 {
     CFileDialog dialog(
@@ -125,6 +133,7 @@ extern "C" ZcRx::AppRetCode zcrxEntryPoint(ZcRx::AppMsgCode msg, void* appId)
     commands->addCommand(u"QVHTEST", u"_qvhdlg", u"qvhdlg", 0, onDialog);
     commands->addCommand(u"QVHTEST", u"_qvhcolor", u"qvhcolor", 0, onColor);
     commands->addCommand(u"QVHTEST", u"_qvhgrid", u"qvhgrid", 0, onGrid);
+    commands->addCommand(u"QVHTEST", u"_qvhtree", u"qvhtree", 0, onTree);
     commands->addCommand(u"QVHTEST", u"_qvhfile", u"qvhfile", 0, onFile);
     commands->addCommand(u"QVHTEST", u"_qvhstubborn", u"qvhstubborn", 0, onStubborn);
     IFaceBarCtrl::RegDbClickSysFunc(&onBarDbClick);
