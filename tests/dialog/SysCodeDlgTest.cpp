@@ -13,8 +13,10 @@
 #include "WinMessage.h"
 #include "WinMessageBox.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -22,7 +24,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <iterator>
 #include <memory>
+#include <vector>
 
 namespace {
 class SysCodeDlgTest : public ::testing::Test
@@ -66,10 +70,33 @@ TEST_F(SysCodeDlgTest, ControlsStandWhereTheTemplatePutsThem)
     EXPECT_EQ(dlg->windowTitle(), QStringLiteral("系统编号管理"));
     EXPECT_FALSE(dlg->windowIcon().isNull());
     EXPECT_EQ(dlg->minimumSize(), dlg->size());
+    // Dialog units scale the same way across the whole dialog, whatever the font:
+    // every edge stands where its share of the template puts it, give or take the
+    // rounding of one pixel, and edges that meet in the template meet on screen.
+    const double sx = dlg->width() / double(t.size.width());
+    const double sy = dlg->height() / double(t.size.height());
+    EXPECT_GT(sx, 1.0);
+    EXPECT_GT(sy, 1.0);
     for (const ControlTemplate& c : t.controls) {
         QWidget* w = control(*dlg, c.id);
         ASSERT_NE(w, nullptr) << c.id;
-        EXPECT_EQ(w->geometry(), CDialogUnits::ToPixels(c.rect, dlg->font())) << c.id;
+        const QRect g = w->geometry();
+        EXPECT_TRUE(dlg->rect().contains(g)) << c.id;
+        EXPECT_NEAR(g.left(), c.rect.left() * sx, 1.0) << c.id;
+        EXPECT_NEAR(g.top(), c.rect.top() * sy, 1.0) << c.id;
+        EXPECT_NEAR(g.left() + g.width(), (c.rect.left() + c.rect.width()) * sx, 1.0) << c.id;
+        EXPECT_NEAR(g.top() + g.height(), (c.rect.top() + c.rect.height()) * sy, 1.0) << c.id;
+        for (const ControlTemplate& d : t.controls) {
+            const QRect h = control(*dlg, d.id)->geometry();
+            if (c.rect.left() == d.rect.left())
+                EXPECT_EQ(g.left(), h.left()) << c.id << " and " << d.id;
+            if (c.rect.top() == d.rect.top())
+                EXPECT_EQ(g.top(), h.top()) << c.id << " and " << d.id;
+            if (c.rect.bottom() == d.rect.bottom())
+                EXPECT_EQ(g.bottom(), h.bottom()) << c.id << " and " << d.id;
+            if (c.rect.right() == d.rect.right())
+                EXPECT_EQ(g.right(), h.right()) << c.id << " and " << d.id;
+        }
         if (!c.text.isEmpty() && qobject_cast<QAbstractButton*>(w)) {
             EXPECT_EQ(qobject_cast<QAbstractButton*>(w)->text(), c.text);
         }
@@ -77,6 +104,92 @@ TEST_F(SysCodeDlgTest, ControlsStandWhereTheTemplatePutsThem)
     EXPECT_FALSE(control(*dlg, IDC_BTN_CLOUD_IMPORT)->isVisible());
     EXPECT_EQ(dlg->m_editScale.GetMax(), 9999.0);
     EXPECT_EQ(dlg->m_editScale.text(), QStringLiteral("1.0"));
+}
+
+struct PlacedControl
+{
+    int id;
+    QRect units;
+    QRect pixels;
+};
+
+struct WorkedFont
+{
+    int pixelSize;
+    QSize baseUnits;
+    QSize dialog; // 724 × 241 units
+    std::vector<PlacedControl> controls;
+};
+
+// The layout in pixels, worked out by hand for DejaVu Sans at two sizes. At 12 px
+// its 52 Latin letters average 7 pixels across and its lines are 14 high, so a
+// dialog unit is 7/4 of a pixel across and 14/8 down; at 16 px they are 10 and 19,
+// 10/4 across and 19/8 down. Each edge is rounded on its own, halves away from
+// zero, so equal widths in the template may differ by a pixel on screen.
+const WorkedFont kWorkedFonts[] = {
+    { 12, QSize(7, 14), QSize(1267, 422),
+        {
+            { IDC_BTN_OK, QRect(612, 221, 50, 14), QRect(1071, 387, 88, 24) },
+            { IDC_BTN_CANCEL, QRect(668, 221, 50, 14), QRect(1169, 387, 88, 24) },
+            { IDC_STATIC_SPEC, QRect(6, 7, 42, 8), QRect(11, 12, 73, 14) },
+            { IDC_STATIC_SYSCODE, QRect(81, 7, 60, 8), QRect(142, 12, 105, 14) },
+            { IDC_LIST_SPEC, QRect(6, 18, 63, 198), QRect(11, 32, 110, 346) },
+            { IDC_TREE_SYSCODE, QRect(78, 18, 640, 198), QRect(137, 32, 1120, 346) },
+            { IDC_BTN_BATCH_MODIFY, QRect(159, 221, 62, 14), QRect(278, 387, 109, 24) },
+            { IDC_BTN_DELETE_PIPEINFO, QRect(238, 221, 62, 14), QRect(417, 387, 108, 24) },
+            { IDC_BTN_IMPORT, QRect(40, 221, 29, 14), QRect(70, 387, 51, 24) },
+            { IDC_BTN_EXPORT, QRect(7, 221, 29, 14), QRect(12, 387, 51, 24) },
+            { IDC_CHECK_DISP_ADDEDMSG, QRect(303, 6, 117, 10), QRect(530, 11, 205, 17) },
+            { IDC_BTN_EXPAND_LEVEL, QRect(253, 5, 18, 11), QRect(443, 9, 31, 19) },
+            { IDC_BTN_COLLAPSE_LEVEL, QRect(276, 5, 18, 11), QRect(483, 9, 32, 19) },
+            { IDC_BTN_CLOUD_IMPORT, QRect(80, 221, 62, 14), QRect(140, 387, 109, 24) },
+            { IDC_STATIC_LINETYPE_SCALE, QRect(180, 6, 33, 8), QRect(315, 11, 58, 14) },
+            { IDC_EDIT_LINETYPE_SCALE, QRect(216, 4, 29, 12), QRect(378, 7, 51, 21) },
+        } },
+    { 16, QSize(10, 19), QSize(1810, 572),
+        {
+            { IDC_BTN_OK, QRect(612, 221, 50, 14), QRect(1530, 525, 125, 33) },
+            { IDC_TREE_SYSCODE, QRect(78, 18, 640, 198), QRect(195, 43, 1600, 470) },
+            { IDC_BTN_EXPORT, QRect(7, 221, 29, 14), QRect(18, 525, 72, 33) },
+            { IDC_BTN_EXPAND_LEVEL, QRect(253, 5, 18, 11), QRect(633, 12, 45, 26) },
+            { IDC_BTN_COLLAPSE_LEVEL, QRect(276, 5, 18, 11), QRect(690, 12, 45, 26) },
+            { IDC_EDIT_LINETYPE_SCALE, QRect(216, 4, 29, 12), QRect(540, 10, 73, 28) },
+            { IDC_CHECK_DISP_ADDEDMSG, QRect(303, 6, 117, 10), QRect(758, 14, 292, 24) },
+        } },
+};
+
+// The application's font for the dialogs opened while it lives.
+class ApplicationFont
+{
+public:
+    explicit ApplicationFont(const QFont& font) { QApplication::setFont(font); }
+    ~ApplicationFont() { QApplication::setFont(m_old); }
+
+private:
+    QFont m_old = QApplication::font();
+};
+
+TEST_F(SysCodeDlgTest, ControlsStandAtThePixelsWorkedOutByHand)
+{
+    EXPECT_EQ(std::size(kWorkedFonts[0].controls), SysCodeDlgTemplate().controls.size());
+    for (const WorkedFont& worked : kWorkedFonts) {
+        SCOPED_TRACE(worked.pixelSize);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(worked.pixelSize);
+        if (QFontInfo(font).family() != QStringLiteral("DejaVu Sans"))
+            GTEST_SKIP() << "DejaVu Sans, for which the pixels are worked out, is not installed";
+        const ApplicationFont applied(font);
+        auto dlg = open(QStringLiteral("电气"));
+        ASSERT_EQ(QFontInfo(dlg->font()).pixelSize(), worked.pixelSize);
+        EXPECT_EQ(CDialogUnits::BaseUnits(dlg->font()), worked.baseUnits);
+        EXPECT_EQ(dlg->size(), worked.dialog);
+        for (const PlacedControl& c : worked.controls) {
+            const ControlTemplate* placed = SysCodeDlgTemplate().control(c.id);
+            ASSERT_NE(placed, nullptr) << c.id;
+            EXPECT_EQ(placed->rect, c.units) << c.id << ": the template moved; work the pixels out again";
+            EXPECT_EQ(control(*dlg, c.id)->geometry(), c.pixels) << c.id;
+        }
+    }
 }
 
 TEST_F(SysCodeDlgTest, ColumnsFollowTheSpecialty)

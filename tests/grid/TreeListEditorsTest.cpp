@@ -379,7 +379,9 @@ TEST(LineWidthSampleTest, EachEntryIsALineOneWiderThanTheLast)
     }
 }
 
-TEST_F(EditorsTest, ScreenshotOfOpenLineWidthList)
+// The open width list as the user sees it: every entry is a sample line one pixel
+// thicker than the one above, and the entry of the cell's value, 1, is the blue bar.
+TEST_F(EditorsTest, ScreenshotOfOpenLineWidthListShowsTheSamples)
 {
     grid.SelectItem(rows[1]);
     ASSERT_TRUE(grid.EditSubItem(rows[1], 3));
@@ -388,7 +390,23 @@ TEST_F(EditorsTest, ScreenshotOfOpenLineWidthList)
     QAbstractItemView* list = combo->view();
     QTRY_VERIFY(list->isVisible());
     QApplication::processEvents();
-    // The popup is a window of its own: paint the grid and lay the list below the cell.
+    ASSERT_EQ(list->model()->rowCount(), kWidths.size());
+    const QImage samples = list->viewport()->grab().toImage();
+    for (int r = 0; r < kWidths.size(); ++r) {
+        const QRect entry = list->visualRect(list->model()->index(r, 0));
+        ASSERT_TRUE(list->viewport()->rect().contains(entry)) << "entry " << r << " is in sight";
+        if (kWidths[r] == grid.GetItemText(rows[1], 3)) {
+            EXPECT_EQ(samples.pixelColor(entry.center()), QColor(0, 0, 255)) << "the cell's value";
+            continue;
+        }
+        int thickness = 0;
+        for (int y = entry.top(); y <= entry.bottom(); ++y)
+            thickness += samples.pixelColor(entry.left() + 10, y) == QColor(Qt::black) ? 1 : 0;
+        EXPECT_EQ(thickness, r + 1) << "entry " << r;
+        EXPECT_EQ(samples.pixelColor(entry.right() - 1, entry.top()), QColor(Qt::white)) << "entry " << r;
+    }
+
+    // Saved for a look: the grid with the list laid below the cell.
     QPixmap shot = grid.grab();
     const QPixmap popup = list->window()->grab();
     const QRect cell = grid.GetSubItemRect(rows[1], 3);
@@ -402,7 +420,7 @@ TEST_F(EditorsTest, ScreenshotOfOpenLineWidthList)
     painter.end();
     const QString dir = qEnvironmentVariable("QV_TEST_ARTIFACTS", QDir::tempPath());
     QDir().mkpath(dir);
-    ASSERT_TRUE(canvas.save(dir + "/grid_line_width_combo.png"));
+    EXPECT_TRUE(canvas.save(dir + "/grid_line_width_combo.png"));
     combo->hidePopup();
 }
 } // namespace

@@ -4,6 +4,7 @@
 #include "DemoProject.h"
 
 #include <QFile>
+#include <QHash>
 #include <QImage>
 
 TEST(HostModule, BhglOpensDialogAndOkSendsCodeToAttributeBar)
@@ -31,6 +32,22 @@ TEST(HostModule, BhglOpensDialogAndOkSendsCodeToAttributeBar)
     const HostRun run
         = RunQvhost({ QStringLiteral("--project"), project.Path(), QStringLiteral("--script"), script });
     EXPECT_EQ(run.exitCode, 0) << run.err.toStdString() << run.out.toStdString();
-    EXPECT_FALSE(QImage(dialogShot).isNull());
     EXPECT_FALSE(QImage(mainShot).isNull());
+    // The dialog's picture shows the electrical codes of the demo, each in its own
+    // colour in the grid, over the grid's grey.
+    const QImage dialog = QImage(dialogShot).convertToFormat(QImage::Format_RGB32);
+    ASSERT_FALSE(dialog.isNull());
+    QHash<QRgb, int> pixels;
+    for (int y = 0; y < dialog.height(); ++y)
+        for (int x = 0; x < dialog.width(); ++x)
+            ++pixels[dialog.pixel(x, y) & 0xFFFFFF];
+    const struct
+    {
+        const char* code;
+        QRgb colour;
+    } colours[] = { { "公共照明", 0xFFFF00 }, { "公共插座", 0xFF00FF }, { "区域照明", 0x00FF00 },
+        { "机房动力", 0xFF0000 }, { "弱电通信", 0x00FFFF } };
+    for (const auto& c : colours)
+        EXPECT_GE(pixels.value(c.colour), 400) << c.code; // a cell of 75 units by one row
+    EXPECT_GE(pixels.value(0xD6D6D6), dialog.width() * dialog.height() / 3) << "the grid's grey";
 }

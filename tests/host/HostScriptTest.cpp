@@ -8,6 +8,8 @@
 #include "IFaceBarCtrl.h"
 #include "WinTypes.h"
 
+#include <QFile>
+#include <QImage>
 #include <QListWidget>
 
 TEST_F(HostFixture, RegisteredCommandRunsByLocalOrGlobalNameInAnyCase)
@@ -131,9 +133,19 @@ TEST_F(HostFixture, DialogWithoutStepsIsCancelledAndFailsTheScript)
 TEST_F(HostFixture, ColourDialogScreenshot)
 {
     const QString shot = ArtifactPath(QStringLiteral("host-colour-dialog.png"));
+    QFile::remove(shot);
     EXPECT_EQ(Run(QStringLiteral("dialog screenshot %1\ndialog cancel\ncommand qvhcolor").arg(shot)), "");
     EXPECT_TRUE(History().contains(QStringLiteral("[qvhcolor] 0")));
-    EXPECT_FALSE(QImage(shot).isNull());
+    // The command opens the dialog on red: the picture is of that dialog, with the
+    // old and the new colour (36 by 18 inside their frames) and the two red cells of
+    // the palette (12 by 12) all red.
+    const QImage image = QImage(shot).convertToFormat(QImage::Format_RGB32);
+    ASSERT_FALSE(image.isNull());
+    int red = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            red += (image.pixel(x, y) & 0xFFFFFF) == 0xFF0000;
+    EXPECT_GE(red, 2 * 36 * 18 + 2 * 12 * 12);
 }
 
 TEST_F(HostFixture, FloorSwitchReadsTheOtherDrawing)

@@ -207,18 +207,78 @@ TEST(CadColorDlg, LastChoiceWinsBetweenPages)
     EXPECT_EQ(dlg.ChosenColor(), Rgb(255, 0, 0));
 }
 
-TEST(CadColorDlg, Screenshot)
+// The dialog's picture as the user sees it: saved for a look, and read pixel by pixel.
+QImage Shot(QWidget& dlg, const char* file)
+{
+    const QImage shot = dlg.grab().toImage();
+    const QString dir = qEnvironmentVariable("QV_TEST_ARTIFACTS", QDir::tempPath());
+    QDir().mkpath(dir);
+    EXPECT_TRUE(shot.save(dir + u'/' + QLatin1String(file)));
+    return shot;
+}
+
+// The colour at a point of a named control, as the dialog's picture shows it.
+COLORREF ShownAt(const QImage& shot, QWidget& dlg, const QString& name, QPoint point)
+{
+    QWidget* w = Find<QWidget>(&dlg, name);
+    if (!w)
+        return 0xFFFFFFFF;
+    const QColor c = shot.pixelColor(w->mapTo(&dlg, point));
+    return Rgb(c.red(), c.green(), c.blue());
+}
+
+COLORREF ShownAtCentre(const QImage& shot, QWidget& dlg, const QString& name)
+{
+    QWidget* w = Find<QWidget>(&dlg, name);
+    return w ? ShownAt(shot, dlg, name, w->rect().center()) : 0xFFFFFFFF;
+}
+
+TEST(CadColorDlg, ScreenshotShowsTheHueGridTheChosenCellAndBothColours)
 {
     ASSERT_FALSE(QFontDatabase::families(QFontDatabase::SimplifiedChinese).isEmpty());
     QvKsCADColorDlg dlg(QvKsAciPalette::ColorOf(30));
     dlg.show();
     Click(&dlg, QStringLiteral("aci_92"));
-    const QString dir = qEnvironmentVariable("QV_TEST_ARTIFACTS", QDir::tempPath());
-    QDir().mkpath(dir);
-    EXPECT_TRUE(dlg.grab().save(dir + QStringLiteral("/cad_color_dialog.png")));
+    const QImage shot = Shot(dlg, "cad_color_dialog.png");
+
+    // The hue grid read by place, not by name: 24 hues spread across, rows of
+    // 16-pixel cells packed down; the pure shades bright to dark down the top half,
+    // the pale ones dark to bright up the bottom half.
+    QRect grid;
+    for (int i = 10; i <= 249; ++i) {
+        QWidget* cell = Find<QWidget>(&dlg, QStringLiteral("aci_%1").arg(i));
+        grid |= QRect(cell->mapTo(&dlg, QPoint(0, 0)), cell->size());
+    }
+    ASSERT_EQ(grid.height(), 10 * 16);
+    ASSERT_GE(grid.width(), 24 * 16);
+    const int firstHue[10] = { 10, 12, 14, 16, 18, 19, 17, 15, 13, 11 };
+    for (int row = 0; row < 10; ++row) {
+        for (const int hue : { 0, 7, 23 }) {
+            const QPoint centre(hue * (grid.width() - 16) / 23 + 8, row * 16 + 8);
+            const QColor c = shot.pixelColor(grid.topLeft() + centre);
+            EXPECT_EQ(Rgb(c.red(), c.green(), c.blue()), QvKsAciPalette::ColorOf(firstHue[row] + hue * 10))
+                << "row " << row << ", hue " << hue;
+        }
+    }
+
+    // Only the clicked cell wears the white-and-black frame; the one the dialog
+    // opened on is back to the thin grey edge.
+    EXPECT_EQ(ShownAt(shot, dlg, QStringLiteral("aci_92"), QPoint(0, 0)), Rgb(255, 255, 255));
+    EXPECT_EQ(ShownAt(shot, dlg, QStringLiteral("aci_92"), QPoint(1, 1)), Rgb(0, 0, 0));
+    EXPECT_EQ(ShownAtCentre(shot, dlg, QStringLiteral("aci_92")), QvKsAciPalette::ColorOf(92));
+    EXPECT_EQ(ShownAt(shot, dlg, QStringLiteral("aci_30"), QPoint(1, 1)), Rgb(96, 96, 96));
+    EXPECT_EQ(ShownAtCentre(shot, dlg, QStringLiteral("aci_30")), Rgb(255, 127, 0));
+
+    // The old colour and the new one side by side, on either page.
     auto* tabs = Find<QTabWidget>(&dlg, QStringLiteral("colorTabs"));
     tabs->setCurrentIndex(1);
-    EXPECT_TRUE(dlg.grab().save(dir + QStringLiteral("/cad_color_dialog_true.png")));
+    const QImage truePage = Shot(dlg, "cad_color_dialog_true.png");
+    for (const QImage* picture : { &shot, &truePage }) {
+        EXPECT_EQ(ShownAtCentre(*picture, dlg, QStringLiteral("oldColor")), Rgb(255, 127, 0));
+        EXPECT_EQ(ShownAtCentre(*picture, dlg, QStringLiteral("newColor")), QvKsAciPalette::ColorOf(92));
+    }
+    EXPECT_NE(ShownAtCentre(truePage, dlg, QStringLiteral("aci_92")), QvKsAciPalette::ColorOf(92))
+        << "the index page is hidden behind the true-colour page";
 }
 
 } // namespace

@@ -182,14 +182,76 @@ TEST_F(SysCodeBar, StateWorksWithoutABar)
     EXPECT_EQ(SelectedCode(), QStringLiteral("排水&污水"));
 }
 
-TEST_F(SysCodeBar, Screenshot)
+// Where a colour fills the row of a code in the bar's picture: the code's icon.
+QRect ColourInRow(const QImage& shot, QRect row, COLORREF colour)
+{
+    const QColor wanted(GetRValue(colour), GetGValue(colour), GetBValue(colour));
+    QRect found;
+    for (int y = row.top(); y <= row.bottom(); ++y) {
+        for (int x = row.left(); x <= row.right(); ++x) {
+            if (shot.pixelColor(x, y) == wanted)
+                found |= QRect(x, y, 1, 1);
+        }
+    }
+    return found;
+}
+
+TEST_F(SysCodeBar, ScreenshotShowsEachCodeWithItsColourUnderItsParent)
 {
     ASSERT_FALSE(QFontDatabase::families(QFontDatabase::SimplifiedChinese).isEmpty());
     EXPECT_EQ(m_bar->findChild<QLabel*>(QStringLiteral("specLabel"))->text(), QStringLiteral("专业：给排水"));
-    IFaceBarCtrl::SetTreeItem(QStringLiteral("给水&消防给水&室内消火栓"));
+    IFaceBarCtrl::SetTreeItem(QStringLiteral("排水&污水"));
+    const QImage shot = m_bar->grab().toImage();
     const QString dir = qEnvironmentVariable("QV_TEST_ARTIFACTS", QDir::tempPath());
     QDir().mkpath(dir);
-    EXPECT_TRUE(m_bar->grab().save(dir + QStringLiteral("/attribute_bar.png")));
+    EXPECT_TRUE(shot.save(dir + QStringLiteral("/attribute_bar.png")));
+
+    const struct
+    {
+        const char16_t* code;
+        COLORREF colour;
+        int depth;
+    } rows[] = {
+        { u"给水", RGB(0, 128, 255), 0 },
+        { u"给水&生活给水", RGB(0, 200, 0), 1 },
+        { u"给水&消防给水", RGB(255, 0, 0), 1 },
+        { u"给水&消防给水&室内消火栓", RGB(200, 0, 0), 2 },
+        { u"排水", RGB(128, 64, 0), 0 },
+        { u"排水&污水", RGB(96, 96, 0), 1 },
+        { u"Abc", RGB(255, 0, 255), 0 },
+    };
+    QWidget* viewport = Tree()->viewport();
+    int lastTop = -1;
+    int iconLeft[3] = { -1, -1, -1 };
+    for (const auto& r : rows) {
+        const QString code = QString::fromUtf16(r.code);
+        SCOPED_TRACE(code.toStdString());
+        QTreeWidgetItem* item = m_bar->ItemOf(code);
+        ASSERT_NE(item, nullptr);
+        // The whole width of the row, in the bar's picture.
+        const QRect inView = Tree()->visualItemRect(item);
+        const QRect row(
+            viewport->mapTo(m_bar.get(), QPoint(0, inView.top())), QSize(viewport->width(), inView.height()));
+        EXPECT_GT(row.top(), lastTop) << "rows stand in the order of the codes";
+        lastTop = row.top();
+        const QRect icon = ColourInRow(shot, row, r.colour);
+        if (code == QStringLiteral("排水&污水")) {
+            // The current code stands out: its row is filled with the highlight.
+            const QColor highlight = Tree()->palette().color(QPalette::Active, QPalette::Highlight);
+            EXPECT_EQ(shot.pixelColor(row.right() - 2, row.center().y()), highlight);
+            continue;
+        }
+        EXPECT_NE(shot.pixelColor(row.right() - 2, row.center().y()),
+            Tree()->palette().color(QPalette::Active, QPalette::Highlight));
+        // A 12-pixel icon in a grey frame: its 10 by 10 inside is the code's colour.
+        EXPECT_EQ(icon.size(), QSize(10, 10));
+        // Each level stands further in than its parent, and siblings line up.
+        if (iconLeft[r.depth] >= 0)
+            EXPECT_EQ(icon.left(), iconLeft[r.depth]);
+        iconLeft[r.depth] = icon.left();
+        if (r.depth > 0)
+            EXPECT_GT(icon.left(), iconLeft[r.depth - 1]);
+    }
 }
 
 } // namespace
