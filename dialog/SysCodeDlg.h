@@ -7,6 +7,7 @@
 #include "CLayoutManager.h"
 #include "CSysCodeData.h"
 #include "CTreeListCtrl.h"
+#include "CodeUsageLedger.h"
 #include "QvKsQtxmInfo.h"
 #include "QvKsUiNumEdit.h"
 #include "SysCodeFindIndex.h"
@@ -32,7 +33,6 @@
 class QAbstractButton;
 class QCheckBox;
 class QvKsWriteStatus;
-struct CodeUsageRow;
 class QLabel;
 class QLineEdit;
 class QMenu;
@@ -72,19 +72,10 @@ public:
     void ScanModelSpace(ZcDbDatabase* database);
     void ScanOtherFloors();
     bool IsCodeIndexUsed(const QString& indexPath);
-    void ScanDrawing(ZcDbDatabase* database, const QString& floor);
-    // Reads one floor's drawing file as a side database and scans it; a floor whose
-    // drawing is missing or cannot be read is marked so, with the reason.
-    void ScanFloorFile(const QString& floor);
     // The floors tried and not read, "2F：图纸无法读取：…" a line.
     QStringList DescribeUnreadableFloors() const;
     // Which floors use the codes of a row's subtree, and how often: one line a code.
     QStringList DescribeUsage(HTREEITEM row) const;
-    // "使用情况" (Ctrl+U, or the grid header's menu).
-    QList<CodeUsageRow> CollectCodeUsage() const;
-    void ShowCodeUsage();
-    void ConnectCodeUsage();
-    QString DescribeCodeFloors(int index, int& count) const;
 
     // Takes the codes of a system-code file into the specialty and refills the grid.
     bool ReloadFromSysCodeFile(const QString& filePath);
@@ -139,10 +130,6 @@ public:
     bool m_bSelCodeReplaced = false;
     // The working drawing is scanned when the set is first read, not while opening.
     UsedCodeIndexes m_usedCodeIndexes;
-    // Product entities per floor and code (index path in lower case); the floors in
-    // the order they were scanned.
-    std::map<QString, QHash<QString, int>> m_codeUsage;
-    QStringList m_scannedFloors;
     CSysCodeData m_clipboard;
     QvKsUiNumEdit m_editScale;
     QString m_strScale = QStringLiteral("1.0");
@@ -220,8 +207,9 @@ protected:
     void EndDrag();
     void ConnectUndoKeys();
     void RestoreRowInfo(HTREEITEM row, const std::optional<QString>& info);
-    // Finding codes (Ctrl+F).
+    // Finding codes (Ctrl+F) and "使用情况" (Ctrl+U, or the grid header's menu).
     void ConnectFind();
+    void ConnectCodeUsage();
     void PlaceFind();
     void OpenFind();
     void ApplyFind(const QString& text);
@@ -359,6 +347,8 @@ private:
     SysCodeFindIndex m_findIndex;
     // The rows open when the find field opened, opened again when it closes.
     std::vector<HTREEITEM> m_findExpanded;
+    // Product entities per floor and code, as the drawings were scanned.
+    CodeUsageLedger m_codeUsage;
     // The dragged row's picture, following the pointer while a drag runs.
     std::unique_ptr<QLabel> m_dragImage;
     bool m_bInitialised = false;
