@@ -10,7 +10,7 @@
 #include "CodeUsageLedger.h"
 #include "QvKsQtxmInfo.h"
 #include "QvKsUiNumEdit.h"
-#include "SysCodeFindIndex.h"
+#include "SysCodeFindBar.h"
 #include "SysCodeSaveCheck.h"
 #include "UsedCodeIndexes.h"
 
@@ -34,9 +34,7 @@ class QAbstractButton;
 class QCheckBox;
 class QvKsWriteStatus;
 class QLabel;
-class QLineEdit;
 class QMenu;
-class QStringMatcher;
 class ZcDbDatabase;
 class ZcDbText;
 class CTreeListEditorBase;
@@ -210,13 +208,6 @@ protected:
     // Finding codes (Ctrl+F) and "使用情况" (Ctrl+U, or the grid header's menu).
     void ConnectFind();
     void ConnectCodeUsage();
-    void PlaceFind();
-    void OpenFind();
-    void ApplyFind(const QString& text);
-    void FindNext();
-    void CloseFind();
-    static QStringMatcher FindMatcher(const QString& text);
-    bool RowMatches(HTREEITEM row, const QStringMatcher& text, int remarkColumn) const;
     // The node operations' keys on the grid.
     void ConnectNodeKeys();
     void RunKeyCommand(int commandId);
@@ -343,10 +334,7 @@ private:
     int GetSubtreeDepth(HTREEITEM row) const;
 
     QCheckBox* m_checkDispAddedMsg = nullptr;
-    QLineEdit* m_findEdit = nullptr;
-    SysCodeFindIndex m_findIndex;
-    // The rows open when the find field opened, opened again when it closes.
-    std::vector<HTREEITEM> m_findExpanded;
+    SysCodeFindBar* m_findBar = nullptr;
     // Product entities per floor and code, as the drawings were scanned.
     CodeUsageLedger m_codeUsage;
     // The dragged row's picture, following the pointer while a drag runs.
