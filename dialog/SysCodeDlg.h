@@ -38,6 +38,7 @@ class QMenu;
 class ZcDbDatabase;
 class ZcDbText;
 class CTreeListEditorBase;
+class SysCodeExchange;
 struct BatchModifyValues;
 
 class SysCodeDlg : public QDialog
@@ -271,14 +272,7 @@ protected:
     // the store refused.
     bool PreSaveForExchange(CSysCodeData& root);
     void FillRowsFromRoot(const CSysCodeData& root);
-    bool ReadSysCodeFile(const QString& filePath, CSysCodeData& imported);
-    // The import preview; true when the user goes on with the import.
-    bool ConfirmImport(const CSysCodeData& imported, const QString& filePath, const QStringList& refused);
     void BuildGridRecords(CSysCodeData& root);
-    // Spreadsheets (".csv") beside system-code files.
-    static bool IsSpreadsheet(const QString& filePath);
-    bool WriteSpreadsheet(const CSysCodeData& root, const QString& filePath);
-    bool ReadSpreadsheet(const QString& filePath, CSysCodeData& imported, QStringList& refused);
     void MergeImported(CSysCodeData& root, const CSysCodeData& imported);
 
     // Cell editing: the application-wide event filter ends or refuses an open edit
@@ -304,6 +298,8 @@ protected:
     bool m_bSwallowRelease = false;
 
 private:
+    // The files of an import or export, for the specialty in the grid.
+    SysCodeExchange Exchange();
     void CreateControls();
     QWidget* CreateControl(int kind, const QString& text);
     void AnchorControls();
