@@ -94,17 +94,11 @@ public:
     // Data exchange between the bound members and their controls.
     void UpdateData(bool bSaveAndValidate);
 
-    CLayoutManager m_layout;
     HTREEITEM m_pCurRow = nullptr;
-    QListWidget m_specList;
     CTreeListCtrl m_tree;
     QString m_strSpec;
     QString m_strPrevSpec;
     bool m_bDragging = false;
-    int m_nDispAddedMsg = 0;
-    int m_nDispAddedMsgAtOpen = 0;
-    HTREEITEM m_hDropTarget = nullptr;
-    double m_dDragScroll = 0.0;
     QString m_strSelCode;
     std::unordered_map<HTREEITEM, QString> m_mapRowInfo;
     std::map<QString, QVector<SQvKsQdInfo>> m_mapQdInfo;
@@ -113,25 +107,17 @@ public:
     bool m_bRenamesOnly = false;
     int m_nMaxIndex = 0;
     int m_nLevelBase = 0;
-    // The codes of the specialty in the grid as this dialog last read them from the
-    // store or stored them (the root's index is the store's high-water mark), and
-    // the store's stamp of them: a save checks the stamp and, when someone else
-    // stored the specialty in between, merges from these.
-    std::unique_ptr<CSysCodeData> m_pStoredCodes;
-    quint64 m_nStoredStamp = 0;
     // Saving clears the first and sets the second in one step (SetSavedFlags).
     bool m_bModified = false;
     bool m_bColorChanged = false;
     bool m_bLineTypesChanged = false;
     bool m_bOtherFloorsScanned = false;
     bool m_bAllowImportExport = false;
-    bool m_bFlag5 = true;
     bool m_bSelCodeReplaced = false;
     // The working drawing is scanned when the set is first read, not while opening.
     UsedCodeIndexes m_usedCodeIndexes;
     CSysCodeData m_clipboard;
     QvKsUiNumEdit m_editScale;
-    QString m_strScale = QStringLiteral("1.0");
 
     // Context-menu commands (1000-1005). Nothing runs while a name or remark cell
     // is being edited: the result is then false.
@@ -333,6 +319,21 @@ private:
     SysCodeFindBar* m_findBar = nullptr;
     // Product entities per floor and code, as the drawings were scanned.
     CodeUsageLedger m_codeUsage;
+    CLayoutManager m_layout;
+    QListWidget m_specList;
+    // The setting of check box 206, now and as read when the dialog opened.
+    int m_nDispAddedMsg = 0;
+    int m_nDispAddedMsgAtOpen = 0;
+    HTREEITEM m_hDropTarget = nullptr;
+    double m_dDragScroll = 0.0;
+    // The codes of the specialty in the grid as this dialog last read them from the
+    // store or stored them (the root's index is the store's high-water mark), and
+    // the store's stamp of them: a save checks the stamp and, when someone else
+    // stored the specialty in between, merges from these.
+    std::unique_ptr<CSysCodeData> m_pStoredCodes;
+    quint64 m_nStoredStamp = 0;
+    // The line-type scale as last stored.
+    QString m_strScale = QStringLiteral("1.0");
     // The dragged row's picture, following the pointer while a drag runs.
     std::unique_ptr<QLabel> m_dragImage;
     bool m_bInitialised = false;
