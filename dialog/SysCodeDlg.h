@@ -7,9 +7,10 @@
 #include "CLayoutManager.h"
 #include "CSysCodeData.h"
 #include "CTreeListCtrl.h"
+#include "CodeUsageLedger.h"
 #include "QvKsQtxmInfo.h"
 #include "QvKsUiNumEdit.h"
-#include "SysCodeFindIndex.h"
+#include "SysCodeFindBar.h"
 #include "SysCodeSaveCheck.h"
 #include "UsedCodeIndexes.h"
 
@@ -32,14 +33,12 @@
 class QAbstractButton;
 class QCheckBox;
 class QvKsWriteStatus;
-struct CodeUsageRow;
 class QLabel;
-class QLineEdit;
 class QMenu;
-class QStringMatcher;
 class ZcDbDatabase;
 class ZcDbText;
 class CTreeListEditorBase;
+class SysCodeExchange;
 struct BatchModifyValues;
 
 class SysCodeDlg : public QDialog
@@ -72,19 +71,10 @@ public:
     void ScanModelSpace(ZcDbDatabase* database);
     void ScanOtherFloors();
     bool IsCodeIndexUsed(const QString& indexPath);
-    void ScanDrawing(ZcDbDatabase* database, const QString& floor);
-    // Reads one floor's drawing file as a side database and scans it; a floor whose
-    // drawing is missing or cannot be read is marked so, with the reason.
-    void ScanFloorFile(const QString& floor);
     // The floors tried and not read, "2F：图纸无法读取：…" a line.
     QStringList DescribeUnreadableFloors() const;
     // Which floors use the codes of a row's subtree, and how often: one line a code.
     QStringList DescribeUsage(HTREEITEM row) const;
-    // "使用情况" (Ctrl+U, or the grid header's menu).
-    QList<CodeUsageRow> CollectCodeUsage() const;
-    void ShowCodeUsage();
-    void ConnectCodeUsage();
-    QString DescribeCodeFloors(int index, int& count) const;
 
     // Takes the codes of a system-code file into the specialty and refills the grid.
     bool ReloadFromSysCodeFile(const QString& filePath);
@@ -104,17 +94,11 @@ public:
     // Data exchange between the bound members and their controls.
     void UpdateData(bool bSaveAndValidate);
 
-    CLayoutManager m_layout;
     HTREEITEM m_pCurRow = nullptr;
-    QListWidget m_specList;
     CTreeListCtrl m_tree;
     QString m_strSpec;
     QString m_strPrevSpec;
     bool m_bDragging = false;
-    int m_nDispAddedMsg = 0;
-    int m_nDispAddedMsgAtOpen = 0;
-    HTREEITEM m_hDropTarget = nullptr;
-    double m_dDragScroll = 0.0;
     QString m_strSelCode;
     std::map<QString, QVector<SQvKsQdInfo>> m_mapQdInfo;
     std::map<QString, QVector<SQvKsDeInfo>> m_mapDeInfo;
@@ -122,12 +106,6 @@ public:
     bool m_bRenamesOnly = false;
     int m_nMaxIndex = 0;
     int m_nLevelBase = 0;
-    // The codes of the specialty in the grid as this dialog last read them from the
-    // store or stored them (the root's index is the store's high-water mark), and
-    // the store's stamp of them: a save checks the stamp and, when someone else
-    // stored the specialty in between, merges from these.
-    std::unique_ptr<CSysCodeData> m_pStoredCodes;
-    quint64 m_nStoredStamp = 0;
     // Whether the rows differ from those the dialog filled or last saved: away from
     // the undo history's clean point, so undoing back to it clears it. Every change
     // to the codes is a recorded change to the grid. Besides, an ended cell edit
@@ -138,17 +116,11 @@ public:
     bool m_bLineTypesChanged = false;
     bool m_bOtherFloorsScanned = false;
     bool m_bAllowImportExport = false;
-    bool m_bFlag5 = true;
     bool m_bSelCodeReplaced = false;
     // The working drawing is scanned when the set is first read, not while opening.
     UsedCodeIndexes m_usedCodeIndexes;
-    // Product entities per floor and code (index path in lower case); the floors in
-    // the order they were scanned.
-    std::map<QString, QHash<QString, int>> m_codeUsage;
-    QStringList m_scannedFloors;
     CSysCodeData m_clipboard;
     QvKsUiNumEdit m_editScale;
-    QString m_strScale = QStringLiteral("1.0");
 
     // Context-menu commands (1000-1005). Nothing runs while a name or remark cell
     // is being edited: the result is then false.
@@ -226,15 +198,9 @@ protected:
     bool IsOverGrid(const QPoint& screenPos) const;
     void EndDrag();
     void ConnectUndoKeys();
-    // Finding codes (Ctrl+F).
+    // Finding codes (Ctrl+F) and "使用情况" (Ctrl+U, or the grid header's menu).
     void ConnectFind();
-    void PlaceFind();
-    void OpenFind();
-    void ApplyFind(const QString& text);
-    void FindNext();
-    void CloseFind();
-    static QStringMatcher FindMatcher(const QString& text);
-    bool RowMatches(HTREEITEM row, const QStringMatcher& text, int remarkColumn) const;
+    void ConnectCodeUsage();
     // The node operations' keys on the grid.
     void ConnectNodeKeys();
     void RunKeyCommand(int commandId);
@@ -298,14 +264,7 @@ protected:
     // the store refused.
     bool PreSaveForExchange(CSysCodeData& root);
     void FillRowsFromRoot(const CSysCodeData& root);
-    bool ReadSysCodeFile(const QString& filePath, CSysCodeData& imported);
-    // The import preview; true when the user goes on with the import.
-    bool ConfirmImport(const CSysCodeData& imported, const QString& filePath, const QStringList& refused);
     void BuildGridRecords(CSysCodeData& root);
-    // Spreadsheets (".csv") beside system-code files.
-    static bool IsSpreadsheet(const QString& filePath);
-    bool WriteSpreadsheet(const CSysCodeData& root, const QString& filePath);
-    bool ReadSpreadsheet(const QString& filePath, CSysCodeData& imported, QStringList& refused);
     void MergeImported(CSysCodeData& root, const CSysCodeData& imported);
 
     // Cell editing: the application-wide event filter ends or refuses an open edit
@@ -331,6 +290,8 @@ protected:
     bool m_bSwallowRelease = false;
 
 private:
+    // The files of an import or export, for the specialty in the grid.
+    SysCodeExchange Exchange();
     void CreateControls();
     QWidget* CreateControl(int kind, const QString& text);
     void AnchorControls();
@@ -361,10 +322,24 @@ private:
     int GetSubtreeDepth(HTREEITEM row) const;
 
     QCheckBox* m_checkDispAddedMsg = nullptr;
-    QLineEdit* m_findEdit = nullptr;
-    SysCodeFindIndex m_findIndex;
-    // The rows open when the find field opened, opened again when it closes.
-    std::vector<HTREEITEM> m_findExpanded;
+    SysCodeFindBar* m_findBar = nullptr;
+    // Product entities per floor and code, as the drawings were scanned.
+    CodeUsageLedger m_codeUsage;
+    CLayoutManager m_layout;
+    QListWidget m_specList;
+    // The setting of check box 206, now and as read when the dialog opened.
+    int m_nDispAddedMsg = 0;
+    int m_nDispAddedMsgAtOpen = 0;
+    HTREEITEM m_hDropTarget = nullptr;
+    double m_dDragScroll = 0.0;
+    // The codes of the specialty in the grid as this dialog last read them from the
+    // store or stored them (the root's index is the store's high-water mark), and
+    // the store's stamp of them: a save checks the stamp and, when someone else
+    // stored the specialty in between, merges from these.
+    std::unique_ptr<CSysCodeData> m_pStoredCodes;
+    quint64 m_nStoredStamp = 0;
+    // The line-type scale as last stored.
+    QString m_strScale = QStringLiteral("1.0");
     // The dragged row's picture, following the pointer while a drag runs.
     std::unique_ptr<QLabel> m_dragImage;
     bool m_bInitialised = false;

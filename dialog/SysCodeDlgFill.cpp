@@ -154,8 +154,7 @@ bool SysCodeDlg::FillSysCodeTree(const QString& spec)
 void SysCodeDlg::FillSysCodeTree(const QString& spec, const CSysCodeData& root, quint64 stamp)
 {
     // Another specialty's rows are not what was being looked for.
-    if (m_findEdit && m_findEdit->isVisible())
-        CloseFind();
+    m_findBar->CloseIfOpen();
     const bool withPipeColumns = IsElectricalSpec(spec);
     m_tree.SetRedraw(false);
     m_tree.DeleteColumn(0); // every row, then every column

@@ -1,22 +1,13 @@
-// The drop-down lists of the grid's cells, the editor each cell opens, and picking
-// text objects in the drawing for the name and remark cells.
+// The drop-down lists of the grid's cells and the editor each cell opens; the text
+// picked from the drawing for the name and remark cells.
 #include "SysCodeDlg.h"
 
 #include "CHorizontalLayMng.h"
 #include "CProj.h"
+#include "DrawingTextPicker.h"
 #include "Resource.h"
 #include "SysCodeColumns.h"
-#include "SysCodeEditChecks.h"
 #include "SysCodeRowLists.h"
-#include "ZcDbAttribute.h"
-#include "ZcDbAttributeDefinition.h"
-#include "ZcDbBlockReference.h"
-#include "ZcDbMText.h"
-#include "ZcDbObjectId.h"
-#include "ZcDbText.h"
-#include "ZcDbVoidPtrArray.h"
-#include "ZcEdSelection.h"
-#include "ZcUtPrintf.h"
 
 namespace {
 const QStringList& lineStyleItems()
@@ -57,51 +48,6 @@ CellEditor cellEditor(int logical)
     default:
         return { TLEM_NONE, 0, 0 };
     }
-}
-
-QString mtextText(const ZcDbMText* mtext)
-{
-    return mtext->contents().isEmpty() ? QString() : MTextPlainText(mtext->contents());
-}
-
-// The text of one exploded piece of a block reference.
-QString pieceText(ZcDbEntity* piece)
-{
-    if (auto* text = ZcDbText::cast(piece))
-        return SysCodeDlg::GetEntityText(text, true);
-    if (auto* mtext = ZcDbMText::cast(piece))
-        return mtextText(mtext);
-    return QString();
-}
-
-QString blockText(const ZcDbBlockReference* block)
-{
-    ZcDbVoidPtrArray pieces;
-    if (block->explode(pieces) != Zcad::eOk)
-        return QString();
-    QStringList texts;
-    for (void* p : pieces) {
-        auto* piece = static_cast<ZcDbEntity*>(p);
-        texts << pieceText(piece);
-        delete piece;
-    }
-    return JoinPickedTexts(texts);
-}
-
-QString pickedEntityText(const ZcDbObjectId& id)
-{
-    ZcDbEntity* entity = nullptr;
-    if (zcdbOpenObject(entity, id, ZcDb::kForRead) != Zcad::eOk || !entity)
-        return QString();
-    QString text;
-    if (auto* dbText = ZcDbText::cast(entity))
-        text = SysCodeDlg::GetEntityText(dbText, false);
-    else if (auto* mtext = ZcDbMText::cast(entity))
-        text = mtextText(mtext);
-    else if (auto* block = ZcDbBlockReference::cast(entity))
-        text = blockText(block);
-    entity->close();
-    return text;
 }
 } // namespace
 
@@ -172,40 +118,13 @@ void SysCodeDlg::SetColumnEditors(bool withPipeColumns)
         SysCodeVisibleColumn(kColLineString, withPipeColumns) });
 }
 
+// Text picking is DrawingTextPicker's; the cells' editors ask the dialog for it.
 QString SysCodeDlg::GetEntityText(const ZcDbText* text, bool insideBlock)
 {
-    const auto* definition = ZcDbAttributeDefinition::cast(text);
-    const auto* attribute = ZcDbAttribute::cast(text);
-    if (insideBlock) {
-        if (definition || (attribute && attribute->isInvisible()))
-            return QString();
-        return text->textString();
-    }
-    if (definition)
-        return definition->tag();
-    if (attribute)
-        return attribute->tag();
-    return text->textString();
+    return DrawingTextPicker::EntityText(text, insideBlock);
 }
 
 QString SysCodeDlg::PickTextFromDrawing()
 {
-    zcutPrintf(QStringLiteral("\n请选择文字对象:"));
-    zds_name selection = { 0, 0 };
-    if (zcedSSGet(u"-W-WP", nullptr, nullptr, nullptr, selection) != RTNORM)
-        return QString();
-    qint32 length = 0;
-    zcedSSLength(selection, &length);
-    std::vector<ZcDbObjectId> ids;
-    for (qint32 i = 0; i < length; ++i) {
-        zds_name entity = { 0, 0 };
-        ZcDbObjectId id;
-        if (zcedSSName(selection, i, entity) == RTNORM && zcdbGetObjectId(id, entity) == Zcad::eOk)
-            ids.push_back(id);
-    }
-    zcedSSFree(selection);
-    QStringList texts;
-    for (const ZcDbObjectId& id : ids)
-        texts << pickedEntityText(id);
-    return JoinPickedTexts(texts);
+    return DrawingTextPicker::Pick();
 }

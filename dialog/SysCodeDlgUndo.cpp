@@ -29,8 +29,7 @@ bool SysCodeDlg::ReplayUndo(bool undo)
     if (m_pCurRow && m_tree.GetItemLevel(m_pCurRow) <= 0)
         m_pCurRow = nullptr;
     // Rows that came back are matched against the find text like every other row.
-    if (m_findEdit && m_findEdit->isVisible())
-        ApplyFind(m_findEdit->text());
+    m_findBar->Reapply();
     // The row the change touched is opened to and made current, unless the find
     // text hides it.
     if (shown && m_tree.EnsureVisible(shown) && m_tree.GetRowFromItem(shown) >= 0)
