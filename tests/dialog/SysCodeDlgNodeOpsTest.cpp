@@ -30,10 +30,10 @@ protected:
     std::unique_ptr<SysCodeDlg> open(const QString& spec = QStringLiteral("电气"))
     {
         auto dlg = OpenShownDialog(spec);
-        dlg->m_tree.Expand(dlg->m_tree.GetRootItem(), TVE_EXPAND);
-        for (HTREEITEM r = dlg->m_tree.GetChildItem(dlg->m_tree.GetRootItem()); r;
-             r = dlg->m_tree.GetNextSiblingItem(r))
-            expandAll(dlg->m_tree, r);
+        GridOf(*dlg).Expand(GridOf(*dlg).GetRootItem(), TVE_EXPAND);
+        for (HTREEITEM r = GridOf(*dlg).GetChildItem(GridOf(*dlg).GetRootItem()); r;
+             r = GridOf(*dlg).GetNextSiblingItem(r))
+            expandAll(GridOf(*dlg), r);
         QCoreApplication::processEvents();
         return dlg;
     }
@@ -59,7 +59,7 @@ protected:
     }
     static QPoint centre(SysCodeDlg& dlg, HTREEITEM row)
     {
-        return dlg.m_tree.GetSubItemRect(row, 0).center();
+        return GridOf(dlg).GetSubItemRect(row, 0).center();
     }
 
     // Right-clicks the row (null: the empty grid below the rows) and clicks the
@@ -67,7 +67,7 @@ protected:
     // grayed (the menu is then closed with Escape).
     static bool menu(SysCodeDlg& dlg, HTREEITEM row, int commandId)
     {
-        QWidget* viewport = dlg.m_tree.viewport();
+        QWidget* viewport = GridOf(dlg).viewport();
         const QPoint at = row ? centre(dlg, row) : QPoint(viewport->width() / 2, viewport->height() - 4);
         bool chosen = false;
         int ticks = 300;
@@ -97,7 +97,7 @@ protected:
     static void clickRow(SysCodeDlg& dlg, HTREEITEM row, Qt::KeyboardModifiers modifiers = {})
     {
         QTest::mouseClick(dlg.windowHandle(), Qt::LeftButton, modifiers,
-            dlg.m_tree.viewport()->mapTo(&dlg, centre(dlg, row)));
+            GridOf(dlg).viewport()->mapTo(&dlg, centre(dlg, row)));
     }
 
     TestProject project;
@@ -107,7 +107,7 @@ TEST_F(SysCodeDlgNodeOpsTest, AnEmptySpecialtyStartsWithRowAThenNewRowsStepLette
 {
     for (const auto& [spec, width] : { std::pair { "暖通", "1" }, std::pair { "弱电", "30" } }) {
         auto dlg = open(QString::fromUtf8(spec));
-        CTreeListCtrl& grid = dlg->m_tree;
+        CTreeListCtrl& grid = GridOf(*dlg);
         ASSERT_EQ(grid.GetItemCount(), 0);
         ASSERT_TRUE(menu(*dlg, nullptr, ID_MENU_INSERT));
         ASSERT_EQ(dump(grid), QStringLiteral("A"));
@@ -140,7 +140,7 @@ TEST_F(SysCodeDlgNodeOpsTest, ChildrenStopAtTheThirdLevel)
     EXPECT_FALSE(dlg->IsModified());
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("照明\\WL1")), ID_MENU_ADD_CHILD));
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("动力")), ID_MENU_ADD_CHILD));
-    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | >>WL1 | 动力 | >动力1 | 插座"));
+    EXPECT_EQ(dump(GridOf(*dlg)), QStringLiteral("照明 | >WL1 | >>一层 | >>WL1 | 动力 | >动力1 | 插座"));
     EXPECT_TRUE(dlg->IsModified());
     EXPECT_EQ(dlg->GetRowNodeIndex(find(*dlg, QStringLiteral("动力\\动力1"))), 0);
 }
@@ -157,16 +157,16 @@ TEST_F(SysCodeDlgNodeOpsTest, PasteChecksTheDeepestLevelTheCopyWouldReach)
     EXPECT_FALSE(dlg->IsModified());
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("照明\\WL1")), ID_MENU_PASTE));
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_PASTE));
-    expandAll(dlg->m_tree, dlg->m_tree.GetRootItem());
-    EXPECT_EQ(dump(dlg->m_tree),
+    expandAll(GridOf(*dlg), GridOf(*dlg).GetRootItem());
+    EXPECT_EQ(dump(GridOf(*dlg)),
         QStringLiteral("照明 | >WL1 | >>一层 | >WL2 | >>一层 | 动力 | 插座 | WL1 | >一层"));
     EXPECT_TRUE(dlg->IsModified());
     // The pasted codes are new ones: attributes copied, no stored index.
     HTREEITEM pasted = find(*dlg, QStringLiteral("照明\\WL2"));
-    EXPECT_EQ(dlg->m_tree.GetItemText(pasted, 7), QStringLiteral("2.5"));
+    EXPECT_EQ(GridOf(*dlg).GetItemText(pasted, 7), QStringLiteral("2.5"));
     EXPECT_EQ(dlg->GetRowNodeIndex(pasted), 0);
     EXPECT_EQ(dlg->GetRowNodeIndex(find(*dlg, QStringLiteral("WL1\\一层"))), 0);
-    EXPECT_EQ(dlg->m_tree.GetItemBackColor(find(*dlg, QStringLiteral("WL1\\一层")), 1), 255u);
+    EXPECT_EQ(GridOf(*dlg).GetItemBackColor(find(*dlg, QStringLiteral("WL1\\一层")), 1), 255u);
 }
 
 TEST_F(SysCodeDlgNodeOpsTest, DeleteKeepsCodesUsedOnAnotherFloorAndSaysSoOnce)
@@ -180,9 +180,9 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteKeepsCodesUsedOnAnotherFloorAndSaysSoOnce)
     clickRow(*dlg, find(*dlg, QStringLiteral("照明")));
     for (const char* name : { "动力", "插座", "插座1" })
         clickRow(*dlg, find(*dlg, QString::fromUtf8(name)), Qt::ControlModifier);
-    dlg->m_tree.ClearUndo(); // the rows as they are now count as saved
+    GridOf(*dlg).ClearUndo(); // the rows as they are now count as saved
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_DELETE));
-    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力"));
+    EXPECT_EQ(dump(GridOf(*dlg)), QStringLiteral("照明 | >WL1 | >>一层 | 动力"));
     EXPECT_EQ(boxes.texts(),
         (QStringList { QStringLiteral("删除所选行将连同其下级一起被删除，是否确定删除?"),
             QStringLiteral(
@@ -195,10 +195,10 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteKeepsCodesUsedOnAnotherFloorAndSaysSoOnce)
     // Answering "否" keeps a row with children and asks nothing else.
     boxes.clear();
     boxes.queueAnswer(IDNO);
-    dlg->m_tree.ClearUndo(); // the rows as they are now count as saved
+    GridOf(*dlg).ClearUndo(); // the rows as they are now count as saved
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("照明\\WL1")), ID_MENU_DELETE));
     EXPECT_EQ(boxes.texts().size(), 1);
-    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力"));
+    EXPECT_EQ(dump(GridOf(*dlg)), QStringLiteral("照明 | >WL1 | >>一层 | 动力"));
     EXPECT_FALSE(dlg->IsModified());
 }
 
@@ -218,11 +218,11 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteAsksFirstWhenAFloorsDrawingCannotBeRead)
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_ADD_SIBLING)); // 插座1, never saved
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座1")), ID_MENU_DELETE));
     EXPECT_TRUE(boxes.texts().isEmpty()) << boxes.texts().join('|').toStdString();
-    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力 | 插座"));
+    EXPECT_EQ(dump(GridOf(*dlg)), QStringLiteral("照明 | >WL1 | >>一层 | 动力 | 插座"));
 
     clickRow(*dlg, find(*dlg, QStringLiteral("动力")));
     clickRow(*dlg, find(*dlg, QStringLiteral("插座")), Qt::ControlModifier);
-    dlg->m_tree.ClearUndo(); // the rows as they are now count as saved
+    GridOf(*dlg).ClearUndo(); // the rows as they are now count as saved
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_DELETE));
     ASSERT_EQ(boxes.boxes().size(), 1); // one question for both rows
     const QString question = boxes.boxes()[0].text;
@@ -232,14 +232,14 @@ TEST_F(SysCodeDlgNodeOpsTest, DeleteAsksFirstWhenAFloorsDrawingCannotBeRead)
         << question.toStdString();
     EXPECT_TRUE(question.endsWith(QStringLiteral("\n是否仍然删除?")));
     EXPECT_EQ(boxes.boxes()[0].type, 0x12134u);
-    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 动力 | 插座")); // No, the default
+    EXPECT_EQ(dump(GridOf(*dlg)), QStringLiteral("照明 | >WL1 | >>一层 | 动力 | 插座")); // No, the default
     EXPECT_FALSE(dlg->IsModified());
 
     boxes.clear();
     boxes.queueAnswer(IDYES);
     ASSERT_TRUE(menu(*dlg, find(*dlg, QStringLiteral("插座")), ID_MENU_DELETE));
     EXPECT_EQ(boxes.boxes().size(), 1);
-    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层"));
+    EXPECT_EQ(dump(GridOf(*dlg)), QStringLiteral("照明 | >WL1 | >>一层"));
     EXPECT_TRUE(dlg->IsModified());
 }
 
@@ -248,14 +248,14 @@ TEST_F(SysCodeDlgNodeOpsTest, ADraggedRowShowsItsPictureAndTheDropTargetThenLand
     auto dlg = open();
     QWindow* window = dlg->windowHandle();
     const auto at = [&](const QString& name) {
-        return dlg->m_tree.viewport()->mapTo(dlg.get(), centre(*dlg, find(*dlg, name)));
+        return GridOf(*dlg).viewport()->mapTo(dlg.get(), centre(*dlg, find(*dlg, name)));
     };
     const QPoint from = at(QStringLiteral("插座"));
     const QPoint to = at(QStringLiteral("照明"));
     QTest::mousePress(window, Qt::LeftButton, {}, from);
     QTest::mouseMove(window, from - QPoint(0, QApplication::startDragDistance() + 2));
     QTest::mouseMove(window, to);
-    EXPECT_EQ(dlg->m_tree.GetDropHilightItem(), find(*dlg, QStringLiteral("照明")));
+    EXPECT_EQ(GridOf(*dlg).GetDropHilightItem(), find(*dlg, QStringLiteral("照明")));
     EXPECT_TRUE(dlg->m_bDragging);
     bool pictureShown = false;
     for (QWidget* top : QApplication::topLevelWidgets()) {
@@ -264,8 +264,8 @@ TEST_F(SysCodeDlgNodeOpsTest, ADraggedRowShowsItsPictureAndTheDropTargetThenLand
     }
     EXPECT_TRUE(pictureShown);
     QTest::mouseRelease(window, Qt::LeftButton, {}, to);
-    EXPECT_EQ(dump(dlg->m_tree), QStringLiteral("照明 | >WL1 | >>一层 | 插座 | 动力"));
-    EXPECT_EQ(dlg->m_tree.GetDropHilightItem(), nullptr);
+    EXPECT_EQ(dump(GridOf(*dlg)), QStringLiteral("照明 | >WL1 | >>一层 | 插座 | 动力"));
+    EXPECT_EQ(GridOf(*dlg).GetDropHilightItem(), nullptr);
     EXPECT_FALSE(dlg->m_bDragging);
     EXPECT_TRUE(dlg->IsModified());
     // The moved code keeps its stored index: it is the same code at a new place.

@@ -35,21 +35,21 @@ protected:
         auto dlg = OpenShownDialog(kElectrical, QString(), true);
         dlg->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(dlg.get())); // shortcuts answer in the active window
-        dlg->m_tree.setFocus();
+        GridOf(*dlg).setFocus();
         return dlg;
     }
     static QStringList topNames(SysCodeDlg& dlg)
     {
         QStringList names;
-        const CTreeListCtrl& g = dlg.m_tree;
+        const CTreeListCtrl& g = GridOf(dlg);
         for (HTREEITEM c = g.GetChildItem(g.GetRootItem()); c; c = g.GetNextSiblingItem(c))
             names << g.GetItemText(c, 0);
         return names;
     }
     static void clickRow(SysCodeDlg& dlg, HTREEITEM row, int column = 0)
     {
-        const QPoint at = dlg.m_tree.GetSubItemRect(row, column).center();
-        QTest::mouseClick(dlg.windowHandle(), Qt::LeftButton, {}, dlg.m_tree.viewport()->mapTo(&dlg, at));
+        const QPoint at = GridOf(dlg).GetSubItemRect(row, column).center();
+        QTest::mouseClick(dlg.windowHandle(), Qt::LeftButton, {}, GridOf(dlg).viewport()->mapTo(&dlg, at));
     }
     // A key pressed in the dialog, made the active window again as a user's click
     // would after a message box.
@@ -59,8 +59,8 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowActive(target->window()));
         QTest::keyClick(target, key, modifiers);
     }
-    static void undo(SysCodeDlg& dlg) { key(&dlg.m_tree, Qt::Key_Z, Qt::ControlModifier); }
-    static void redo(SysCodeDlg& dlg) { key(&dlg.m_tree, Qt::Key_Y, Qt::ControlModifier); }
+    static void undo(SysCodeDlg& dlg) { key(&GridOf(dlg), Qt::Key_Z, Qt::ControlModifier); }
+    static void redo(SysCodeDlg& dlg) { key(&GridOf(dlg), Qt::Key_Y, Qt::ControlModifier); }
     // Replaces the open editor's text as a user would: select all, type.
     static void retype(const QString& text)
     {
@@ -85,27 +85,27 @@ TEST_F(SysCodeDlgUndoTest, ARenameUndoneAndRedoneTakesItsRecordedRenameAndTheMod
     auto dlg = open();
     HTREEITEM power = dlg->FindRowByFullName(QStringLiteral("动力"));
     clickRow(*dlg, power);
-    key(&dlg->m_tree, Qt::Key_F2);
+    key(&GridOf(*dlg), Qt::Key_F2);
     retype(QStringLiteral("DL"));
     key(QApplication::focusWidget(), Qt::Key_Return);
-    ASSERT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("DL"));
+    ASSERT_EQ(GridOf(*dlg).GetItemText(power, 0), QStringLiteral("DL"));
     ASSERT_EQ(dlg->m_renames.size(), 1u);
     ASSERT_TRUE(dlg->IsModified());
 
     undo(*dlg);
-    EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("动力"));
+    EXPECT_EQ(GridOf(*dlg).GetItemText(power, 0), QStringLiteral("动力"));
     EXPECT_TRUE(dlg->m_renames.empty());
     EXPECT_FALSE(dlg->IsModified()) << "back as opened";
-    EXPECT_EQ(dlg->m_tree.GetCaretItem(), power);
+    EXPECT_EQ(GridOf(*dlg).GetCaretItem(), power);
 
     redo(*dlg);
-    EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("DL"));
+    EXPECT_EQ(GridOf(*dlg).GetItemText(power, 0), QStringLiteral("DL"));
     ASSERT_EQ(dlg->m_renames.size(), 1u);
     EXPECT_EQ(dlg->m_renames.front().second, QStringLiteral("电气\\DL"));
     EXPECT_TRUE(dlg->IsModified());
     undo(*dlg);
-    key(&dlg->m_tree, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("DL")) << "Ctrl+Shift+Z redoes too";
+    key(&GridOf(*dlg), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(GridOf(*dlg).GetItemText(power, 0), QStringLiteral("DL")) << "Ctrl+Shift+Z redoes too";
 }
 
 TEST_F(SysCodeDlgUndoTest, ADeletedCodeComesBackWithItsPipelineInformationAndSavesAsBefore)
@@ -115,7 +115,7 @@ TEST_F(SysCodeDlgUndoTest, ADeletedCodeComesBackWithItsPipelineInformationAndSav
     ASSERT_EQ(dlg->GetRowInfo(lighting), QStringLiteral("电气\\配管\\SC20"));
     clickRow(*dlg, lighting);
     boxes.queueAnswer(IDYES); // with the codes below it
-    key(&dlg->m_tree, Qt::Key_Delete);
+    key(&GridOf(*dlg), Qt::Key_Delete);
     ASSERT_EQ(topNames(*dlg), QStringList({ "动力", "插座" }));
     EXPECT_EQ(dlg->GetRowInfo(lighting), QString());
 
@@ -167,18 +167,18 @@ TEST_F(SysCodeDlgUndoTest, AnImportIsOneStepBackToTheCodesBeforeIt)
     SetFileDialogHandler(previous);
     ASSERT_TRUE(preview.acted());
     ASSERT_EQ(topNames(*dlg), QStringList({ "照明", "动力", "插座", "消防报警" }));
-    dlg->m_tree.setFocus();
+    GridOf(*dlg).setFocus();
 
     undo(*dlg);
     EXPECT_EQ(topNames(*dlg), QStringList({ "照明", "动力", "插座" }));
     HTREEITEM power = dlg->FindRowByFullName(QStringLiteral("动力"));
-    EXPECT_EQ(dlg->m_tree.GetItemBackColor(power, 1), 16711680u);
+    EXPECT_EQ(GridOf(*dlg).GetItemBackColor(power, 1), 16711680u);
     EXPECT_EQ(dlg->GetRowInfo(dlg->FindRowByFullName(QStringLiteral("照明"))),
         QStringLiteral("电气\\配管\\SC20"));
     EXPECT_FALSE(dlg->IsModified());
     redo(*dlg);
     EXPECT_EQ(topNames(*dlg), QStringList({ "照明", "动力", "插座", "消防报警" }));
-    EXPECT_EQ(dlg->m_tree.GetItemBackColor(dlg->FindRowByFullName(QStringLiteral("动力")), 1), 123u);
+    EXPECT_EQ(GridOf(*dlg).GetItemBackColor(dlg->FindRowByFullName(QStringLiteral("动力")), 1), 123u);
     EXPECT_TRUE(dlg->IsModified());
 }
 
@@ -186,7 +186,7 @@ TEST_F(SysCodeDlgUndoTest, UndoStopsAtTheLastSave)
 {
     auto dlg = open();
     clickRow(*dlg, dlg->FindRowByFullName(QStringLiteral("照明")));
-    key(&dlg->m_tree, Qt::Key_Down, Qt::AltModifier);
+    key(&GridOf(*dlg), Qt::Key_Down, Qt::AltModifier);
     ASSERT_EQ(topNames(*dlg), QStringList({ "动力", "照明", "插座" }));
     // Export stores the changed codes first: that is a save.
     const QString path = project.folder() + QStringLiteral("/out.scn");
@@ -198,9 +198,9 @@ TEST_F(SysCodeDlgUndoTest, UndoStopsAtTheLastSave)
     SetFileDialogHandler(previous);
     ASSERT_EQ(storedNames().first(), QStringLiteral("动力"));
     EXPECT_FALSE(dlg->IsModified());
-    dlg->m_tree.setFocus();
+    GridOf(*dlg).setFocus();
 
-    key(&dlg->m_tree, Qt::Key_Down, Qt::AltModifier);
+    key(&GridOf(*dlg), Qt::Key_Down, Qt::AltModifier);
     ASSERT_EQ(topNames(*dlg), QStringList({ "动力", "插座", "照明" }));
     EXPECT_TRUE(dlg->IsModified());
     undo(*dlg);
@@ -208,7 +208,7 @@ TEST_F(SysCodeDlgUndoTest, UndoStopsAtTheLastSave)
     EXPECT_FALSE(dlg->IsModified()) << "as last saved";
     undo(*dlg);
     EXPECT_EQ(topNames(*dlg), QStringList({ "动力", "照明", "插座" })) << "the saved move stays";
-    EXPECT_FALSE(dlg->m_tree.CanUndo());
+    EXPECT_FALSE(GridOf(*dlg).CanUndo());
 }
 
 TEST_F(SysCodeDlgUndoTest, LeftAndRightWalkTheCellsAndF2EditsTheCurrentOne)
@@ -216,14 +216,14 @@ TEST_F(SysCodeDlgUndoTest, LeftAndRightWalkTheCellsAndF2EditsTheCurrentOne)
     auto dlg = open();
     HTREEITEM power = dlg->FindRowByFullName(QStringLiteral("动力"));
     clickRow(*dlg, power);
-    key(&dlg->m_tree, Qt::Key_Right);
-    key(&dlg->m_tree, Qt::Key_Right);
-    key(&dlg->m_tree, Qt::Key_Right);
-    key(&dlg->m_tree, Qt::Key_Left);
-    EXPECT_EQ(dlg->m_tree.GetCaretItem(), power);
-    EXPECT_EQ(dlg->m_tree.GetSelectedCount(), 1);
-    key(&dlg->m_tree, Qt::Key_F2);
-    CTreeListEditorBase* editor = dlg->m_tree.GetActiveEditor();
+    key(&GridOf(*dlg), Qt::Key_Right);
+    key(&GridOf(*dlg), Qt::Key_Right);
+    key(&GridOf(*dlg), Qt::Key_Right);
+    key(&GridOf(*dlg), Qt::Key_Left);
+    EXPECT_EQ(GridOf(*dlg).GetCaretItem(), power);
+    EXPECT_EQ(GridOf(*dlg).GetSelectedCount(), 1);
+    key(&GridOf(*dlg), Qt::Key_F2);
+    CTreeListEditorBase* editor = GridOf(*dlg).GetActiveEditor();
     ASSERT_NE(editor, nullptr);
     EXPECT_EQ(editor->GetItem(), power);
     EXPECT_EQ(editor->GetColumn(), 2);
@@ -234,36 +234,36 @@ TEST_F(SysCodeDlgUndoTest, TabTakesTheTextAndOpensTheNextCellButARefusedNameStay
     auto dlg = open();
     HTREEITEM power = dlg->FindRowByFullName(QStringLiteral("动力"));
     clickRow(*dlg, power);
-    key(&dlg->m_tree, Qt::Key_F2);
+    key(&GridOf(*dlg), Qt::Key_F2);
     retype(QStringLiteral("WL1")); // a code's name a level down, free beside 动力
     key(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_TRUE(boxes.texts().isEmpty()) << boxes.texts().join(QLatin1Char('\n')).toStdString();
-    ASSERT_NE(dlg->m_tree.GetActiveEditor(), nullptr);
-    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetColumn(), 1) << "the colour cell is next";
-    EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("WL1"));
+    ASSERT_NE(GridOf(*dlg).GetActiveEditor(), nullptr);
+    EXPECT_EQ(GridOf(*dlg).GetActiveEditor()->GetColumn(), 1) << "the colour cell is next";
+    EXPECT_EQ(GridOf(*dlg).GetItemText(power, 0), QStringLiteral("WL1"));
 
     key(QApplication::focusWidget(), Qt::Key_Backtab);
-    ASSERT_NE(dlg->m_tree.GetActiveEditor(), nullptr);
-    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetColumn(), 0);
+    ASSERT_NE(GridOf(*dlg).GetActiveEditor(), nullptr);
+    EXPECT_EQ(GridOf(*dlg).GetActiveEditor()->GetColumn(), 0);
     key(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
     key(QApplication::focusWidget(), Qt::Key_Delete);
     QTest::sendKeyEvent(
         QTest::Click, QApplication::focusWidget(), Qt::Key_unknown, QStringLiteral("插座"), {});
     key(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(boxes.texts(), QStringList({ " 插座系统编号在该级中已存在!" }));
-    ASSERT_NE(dlg->m_tree.GetActiveEditor(), nullptr);
-    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetColumn(), 0) << "the refused name keeps its editor";
-    EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("WL1"));
+    ASSERT_NE(GridOf(*dlg).GetActiveEditor(), nullptr);
+    EXPECT_EQ(GridOf(*dlg).GetActiveEditor()->GetColumn(), 0) << "the refused name keeps its editor";
+    EXPECT_EQ(GridOf(*dlg).GetItemText(power, 0), QStringLiteral("WL1"));
 
     // Each edit taken is a step of its own; undo first closes the open editor.
     retype(QStringLiteral("ZM"));
     key(QApplication::focusWidget(), Qt::Key_Tab);
-    EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("ZM"));
+    EXPECT_EQ(GridOf(*dlg).GetItemText(power, 0), QStringLiteral("ZM"));
     undo(*dlg);
-    EXPECT_EQ(dlg->m_tree.GetActiveEditor(), nullptr);
-    EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("WL1"));
+    EXPECT_EQ(GridOf(*dlg).GetActiveEditor(), nullptr);
+    EXPECT_EQ(GridOf(*dlg).GetItemText(power, 0), QStringLiteral("WL1"));
     undo(*dlg);
-    EXPECT_EQ(dlg->m_tree.GetItemText(power, 0), QStringLiteral("动力"));
+    EXPECT_EQ(GridOf(*dlg).GetItemText(power, 0), QStringLiteral("动力"));
     EXPECT_TRUE(dlg->m_renames.empty());
 }
 TEST_F(SysCodeDlgUndoTest, TabFromTheLastCellGoesOnToTheNextRowAndShiftTabBack)
@@ -271,21 +271,21 @@ TEST_F(SysCodeDlgUndoTest, TabFromTheLastCellGoesOnToTheNextRowAndShiftTabBack)
     auto dlg = open();
     HTREEITEM power = dlg->FindRowByFullName(QStringLiteral("动力"));
     HTREEITEM sockets = dlg->FindRowByFullName(QStringLiteral("插座"));
-    const int remark = dlg->m_tree.GetColumnCount() - 1;
+    const int remark = GridOf(*dlg).GetColumnCount() - 1;
     clickRow(*dlg, power);
     for (int c = 0; c < remark; ++c)
-        key(&dlg->m_tree, Qt::Key_Right);
-    key(&dlg->m_tree, Qt::Key_F2);
-    ASSERT_NE(dlg->m_tree.GetActiveEditor(), nullptr);
-    ASSERT_EQ(dlg->m_tree.GetActiveEditor()->GetColumn(), remark);
+        key(&GridOf(*dlg), Qt::Key_Right);
+    key(&GridOf(*dlg), Qt::Key_F2);
+    ASSERT_NE(GridOf(*dlg).GetActiveEditor(), nullptr);
+    ASSERT_EQ(GridOf(*dlg).GetActiveEditor()->GetColumn(), remark);
     key(QApplication::focusWidget(), Qt::Key_Tab);
-    ASSERT_NE(dlg->m_tree.GetActiveEditor(), nullptr);
-    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetItem(), sockets);
-    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetColumn(), 0);
-    EXPECT_EQ(dlg->m_tree.GetCaretItem(), sockets);
+    ASSERT_NE(GridOf(*dlg).GetActiveEditor(), nullptr);
+    EXPECT_EQ(GridOf(*dlg).GetActiveEditor()->GetItem(), sockets);
+    EXPECT_EQ(GridOf(*dlg).GetActiveEditor()->GetColumn(), 0);
+    EXPECT_EQ(GridOf(*dlg).GetCaretItem(), sockets);
     key(QApplication::focusWidget(), Qt::Key_Backtab);
-    ASSERT_NE(dlg->m_tree.GetActiveEditor(), nullptr);
-    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetItem(), power);
-    EXPECT_EQ(dlg->m_tree.GetActiveEditor()->GetColumn(), remark);
+    ASSERT_NE(GridOf(*dlg).GetActiveEditor(), nullptr);
+    EXPECT_EQ(GridOf(*dlg).GetActiveEditor()->GetItem(), power);
+    EXPECT_EQ(GridOf(*dlg).GetActiveEditor()->GetColumn(), remark);
 }
 } // namespace

@@ -5,6 +5,7 @@
 #include "QvKsEntity.h"
 #include "QvProInterface.h"
 #include "Resource.h"
+#include "ShownDialog.h"
 #include "SysCodeDlg.h"
 #include "TestProject.h"
 #include "ZcDbBlockTable.h"
@@ -186,7 +187,7 @@ TEST_F(UsageScanTest, TheUsageViewCountsEachCodePerFloorAndScansTheOthersOnReque
         }
         return rows;
     };
-    dlg->m_tree.SelectItem(dlg->FindRowByFullName(QStringLiteral("动力")));
+    GridOf(*dlg).SelectItem(dlg->FindRowByFullName(QStringLiteral("动力")));
     QStringList before;
     QStringList after;
     QString current;
