@@ -24,9 +24,18 @@ bool sqlFail(SqlDb* db, QString* error, const QString& what)
     return false;
 }
 
+// The columns of a code's row in the order every reader of the rows meets them.
 const char* const kSelectRows
     = "SELECT node_index, parent_index, name, color, line_width, alpha, line_style, line_string, "
       "hor_laying, ver_laying, added_msg, describe, ord FROM sys_code WHERE spec_id = ?";
+constexpr int kColumns = 13;
+constexpr int kIndexColumn = 0;
+constexpr int kLineWidthColumn = 4;
+
+bool isTextColumn(int col)
+{
+    return col == 2 || (col >= 6 && col <= 11);
+}
 
 void fillFromRow(CSysCodeData* node, const SqlStatement& row)
 {
@@ -50,23 +59,67 @@ CSysCodeData* nodeFromRow(const SqlStatement& row)
     return node;
 }
 
-// One stored row's part of the stamp: every column as the store holds it, so that
-// no text is decoded to know whether a row changed.
-quint64 rowStamp(const SqlStatement& row)
+// A code's row as a save stores it, read column by column as a stored row is.
+struct CodeRow
 {
-    constexpr int kColumns = 13;
-    constexpr int kLineWidth = 4;
-    constexpr int kFirstText = 6, kLastText = 11;
+    const CSysCodeData* node = nullptr;
+    qint64 ints[kColumns] = {};
+    double lineWidth = 0;
+    QByteArray texts[kColumns];
+    bool keep = false; // stored already, column for column
+
+    qint64 Int64(int col) const { return ints[col]; }
+    double Double(int) const { return lineWidth; }
+    QByteArrayView Utf8(int col) const { return texts[col]; }
+};
+
+CodeRow codeRow(const CSysCodeData& node, int index, int parentIndex, int ord)
+{
+    CodeRow row;
+    row.node = &node;
+    row.ints[0] = index;
+    row.ints[1] = parentIndex;
+    row.texts[2] = node.GetNodeName().toUtf8();
+    row.ints[3] = qint64(node.GetMfcColor());
+    row.lineWidth = node.GetLineWidth();
+    row.ints[5] = node.GetAlpha();
+    row.texts[6] = node.GetLineStyle().toUtf8();
+    row.texts[7] = node.GetLineString().toUtf8();
+    row.texts[8] = node.GetHorLayingMode().toUtf8();
+    row.texts[9] = node.GetVerLayingMode().toUtf8();
+    row.texts[10] = node.GetAddedMsg().toUtf8();
+    row.texts[11] = node.GetDescribe().toUtf8();
+    row.ints[12] = ord;
+    return row;
+}
+
+// One row's part of the stamp: every column as the store holds it, so that no
+// text is decoded to know whether a row changed. The same for a row read and for
+// the row a save wrote.
+template <typename Row> quint64 rowStamp(const Row& row)
+{
     size_t hash = 0;
     for (int col = 0; col < kColumns; ++col) {
-        if (col == 2 || (col >= kFirstText && col <= kLastText))
+        if (isTextColumn(col))
             hash = qHashMulti(hash, row.Utf8(col));
-        else if (col == kLineWidth)
+        else if (col == kLineWidthColumn)
             hash = qHashMulti(hash, row.Double(col));
         else
             hash = qHashMulti(hash, row.Int64(col));
     }
     return hash;
+}
+
+bool sameRow(const CodeRow& mine, const SqlStatement& stored)
+{
+    for (int col = 0; col < kColumns; ++col) {
+        const bool same = isTextColumn(col) ? mine.Utf8(col) == stored.Utf8(col)
+            : col == kLineWidthColumn       ? mine.Double(col) == stored.Double(col)
+                                            : mine.Int64(col) == stored.Int64(col);
+        if (!same)
+            return false;
+    }
+    return true;
 }
 
 // Row stamps are added up, so the stamp does not depend on the order rows are met.
@@ -103,8 +156,67 @@ std::vector<std::pair<const CSysCodeData*, int>> numberTree(const CSysCodeData& 
     return order;
 }
 
+// The rows of the numbered codes, parents before their children.
+std::vector<CodeRow> codeRows(
+    const CSysCodeData& root, const std::vector<std::pair<const CSysCodeData*, int>>& order)
+{
+    QHash<const CSysCodeData*, int> indexOf;
+    indexOf.reserve(qsizetype(order.size()) + 1);
+    indexOf.insert(&root, 0);
+    QHash<const CSysCodeData*, int> ordOf;
+    std::vector<CodeRow> rows;
+    rows.reserve(order.size());
+    for (const auto& [node, index] : order) {
+        indexOf.insert(node, index);
+        const CSysCodeData* parent = node->GetParent();
+        rows.push_back(codeRow(*node, index, indexOf.value(parent), ordOf[parent]++));
+    }
+    return rows;
+}
+
+// What the store holds of the specialty against what a save brings: the rows it
+// keeps (marked in `rows`), the indexes of the stored rows that go or change, and
+// the stamp of the stored rows.
+struct StoredDiff
+{
+    std::vector<int> gone;
+    std::size_t storedRows = 0;
+    quint64 stamp = 0;
+};
+
+bool compareStored(SqlDb* db, int specId, std::vector<CodeRow>& rows, StoredDiff& diff, QString* error)
+{
+    QHash<int, CodeRow*> byIndex;
+    byIndex.reserve(qsizetype(rows.size()));
+    for (CodeRow& row : rows)
+        byIndex.insert(int(row.ints[kIndexColumn]), &row);
+    SqlStatement stmt(db, kSelectRows);
+    stmt.Bind(1, specId);
+    quint64 sum = 0;
+    while (stmt.Next()) {
+        sum += rowStamp(stmt);
+        ++diff.storedRows;
+        const int index = stmt.Int(kIndexColumn);
+        CodeRow* mine = byIndex.value(index);
+        if (mine && sameRow(*mine, stmt))
+            mine->keep = true;
+        else
+            diff.gone.push_back(index);
+    }
+    if (!stmt.Done())
+        return sqlFail(db, error, QStringLiteral("the system codes cannot be read"));
+    diff.stamp = foldStamp(sum, diff.storedRows);
+    return true;
+}
+
 constexpr int kRowColumns = 14;
 constexpr std::size_t kServerBatch = 500;
+
+// On a server a statement carries many rows, one round trip for all of them.
+std::size_t batchOf(SqlDb* db)
+{
+    return db->Engine() == SqlEngine::Server ? kServerBatch : 1;
+}
 
 // An insert of `rows` codes.
 QByteArray insertSql(std::size_t rows)
@@ -118,18 +230,110 @@ QByteArray insertSql(std::size_t rows)
 }
 
 // Binds one code's row after the `base` binds of the rows before it.
-void bindRow(
-    SqlStatement& insert, int base, int specId, int index, int parentIndex, int ord, const CSysCodeData& node)
+void bindRow(SqlStatement& insert, int base, int specId, const CodeRow& row)
 {
-    insert.Bind(base + 1, specId).Bind(base + 2, index).Bind(base + 3, parentIndex).Bind(base + 4, ord);
-    insert.Bind(base + 5, node.GetNodeName())
-        .Bind(base + 6, qint64(node.GetMfcColor()))
-        .Bind(base + 7, node.GetLineWidth());
-    insert.Bind(base + 8, node.GetAlpha())
-        .Bind(base + 9, node.GetLineStyle())
-        .Bind(base + 10, node.GetLineString());
-    insert.Bind(base + 11, node.GetHorLayingMode()).Bind(base + 12, node.GetVerLayingMode());
-    insert.Bind(base + 13, node.GetAddedMsg()).Bind(base + 14, node.GetDescribe());
+    insert.Bind(base + 1, specId);
+    insert.Bind(base + 2, row.ints[0]).Bind(base + 3, row.ints[1]).Bind(base + 4, row.ints[12]);
+    insert.BindUtf8(base + 5, row.texts[2]).Bind(base + 6, row.ints[3]).Bind(base + 7, row.lineWidth);
+    insert.Bind(base + 8, row.ints[5]);
+    for (int col = 6; col <= 11; ++col)
+        insert.BindUtf8(base + 3 + col, row.texts[col]);
+}
+
+// A delete of `rows` codes by their indexes.
+QByteArray deleteSql(std::size_t rows)
+{
+    QByteArray sql = "DELETE FROM sys_code WHERE spec_id = ? AND node_index IN (?";
+    for (std::size_t i = 1; i < rows; ++i)
+        sql += ",?";
+    return sql + ')';
+}
+
+// Removes the stored rows that go or change: all of the specialty's at once when
+// none stays.
+bool deleteGone(SqlDb* db, int specId, const StoredDiff& diff)
+{
+    if (diff.gone.empty())
+        return true;
+    if (diff.gone.size() == diff.storedRows) {
+        SqlStatement clear(db, "DELETE FROM sys_code WHERE spec_id = ?");
+        clear.Bind(1, specId);
+        return clear.Exec();
+    }
+    const std::size_t batch = batchOf(db);
+    std::unique_ptr<SqlStatement> stmt;
+    std::size_t statementRows = 0;
+    for (std::size_t first = 0; first < diff.gone.size(); first += statementRows) {
+        const std::size_t rows = std::min(batch, diff.gone.size() - first);
+        if (rows != statementRows) {
+            stmt = std::make_unique<SqlStatement>(db, deleteSql(rows).constData());
+            statementRows = rows;
+        }
+        stmt->Bind(1, specId);
+        for (std::size_t i = 0; i < rows; ++i)
+            stmt->Bind(int(i) + 2, diff.gone[first + i]);
+        if (!stmt->Exec())
+            return false;
+    }
+    return true;
+}
+
+// Inserts the rows not stored already; false with `error` set naming the first
+// code that could not be stored.
+bool insertNew(SqlDb* db, int specId, const std::vector<CodeRow>& rows, QString* error)
+{
+    std::vector<const CodeRow*> fresh;
+    for (const CodeRow& row : rows) {
+        if (!row.keep)
+            fresh.push_back(&row);
+    }
+    const std::size_t batch = batchOf(db);
+    std::unique_ptr<SqlStatement> insert;
+    std::size_t statementRows = 0;
+    for (std::size_t first = 0; first < fresh.size(); first += statementRows) {
+        const std::size_t count = std::min(batch, fresh.size() - first);
+        if (count != statementRows) {
+            insert = std::make_unique<SqlStatement>(db, insertSql(count).constData());
+            statementRows = count;
+        }
+        for (std::size_t i = 0; i < count; ++i)
+            bindRow(*insert, int(i) * kRowColumns, specId, *fresh[first + i]);
+        if (insert->Exec())
+            continue;
+        const QString name = fresh[first]->node->GetFullName();
+        return sqlFail(db, error,
+            count == 1 ? QStringLiteral("the system code \"%1\" cannot be saved").arg(name)
+                       : QStringLiteral("the system codes from \"%1\" on cannot be saved").arg(name));
+    }
+    return true;
+}
+
+// The specialty's high-water mark, read inside the save's transaction. On a server,
+// writers of one specialty take turns: the specialty's row stays locked until the
+// transaction ends, so a second writer reads the stamp only after the first one's
+// codes are stored, and the mark is read by one writer at a time. The store file
+// is locked whole by the transaction already.
+bool readMark(SqlDb* db, int specId, int& mark)
+{
+    SqlStatement stmt(db,
+        db->Engine() == SqlEngine::Server ? "SELECT max_index FROM spec WHERE spec_id = ? FOR UPDATE"
+                                          : "SELECT max_index FROM spec WHERE spec_id = ?");
+    stmt.Bind(1, specId);
+    if (!stmt.Next())
+        return false;
+    mark = stmt.Int(0);
+    stmt.Next();
+    return true;
+}
+
+bool raiseMark(SqlDb* db, int specId, int highWater)
+{
+    SqlStatement mark(db,
+        db->Engine() == SqlEngine::Server
+            ? "UPDATE spec SET max_index = greatest(max_index, ?) WHERE spec_id = ?"
+            : "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
+    mark.Bind(1, highWater).Bind(2, specId);
+    return mark.Exec();
 }
 
 } // namespace
@@ -239,83 +443,25 @@ SaveResult Save(
     SqlTransaction tx(db);
     if (!tx.IsActive())
         return failed(QStringLiteral("the system codes cannot be saved"));
-    // On a server, writers of one specialty take turns: the specialty's row stays
-    // locked until this transaction ends, so a second writer reads the stamp only
-    // after the first one's codes are stored, and the store's high-water mark is
-    // read by one writer at a time. The store file is locked whole by the
-    // transaction already.
-    if (db->Engine() == SqlEngine::Server) {
-        SqlStatement lock(db, "SELECT max_index FROM spec WHERE spec_id = ? FOR UPDATE");
-        lock.Bind(1, specId);
-        if (!lock.Next())
-            return failed(QStringLiteral("the specialty cannot be locked for the save"));
-        lock.Next();
-    }
-    if (expected) {
-        quint64 now = 0;
-        if (!Stamp(db, specId, now, error))
-            return SaveResult::Failed;
-        if (now != *expected)
-            return SaveResult::ChangedSinceRead;
-    }
-    int highWater = 0;
-    {
-        SqlStatement mark(db, "SELECT max_index FROM spec WHERE spec_id = ?");
-        mark.Bind(1, specId);
-        if (!mark.Next())
-            return failed(QStringLiteral("the specialty is gone from the store"));
-        highWater = mark.Int(0);
-    }
+    int storedMark = 0;
+    if (!readMark(db, specId, storedMark))
+        return failed(QStringLiteral("the specialty cannot be locked for the save"));
+    int highWater = storedMark;
     const auto order = numberTree(root, highWater);
-    SqlStatement clear(db, "DELETE FROM sys_code WHERE spec_id = ?");
-    clear.Bind(1, specId);
-    if (!clear.Exec())
-        return failed(QStringLiteral("the old system codes cannot be replaced"));
-
-    QHash<const CSysCodeData*, int> indexOf;
-    indexOf.reserve(qsizetype(order.size()) + 1);
-    indexOf.insert(&root, 0);
-    QHash<const CSysCodeData*, int> ordOf;
-    // On a server a statement carries many rows, one round trip for all of them.
-    const std::size_t batch = db->Engine() == SqlEngine::Server ? kServerBatch : 1;
-    std::unique_ptr<SqlStatement> insert;
-    std::size_t statementRows = 0;
-    std::size_t pending = 0;
-    const CSysCodeData* first = nullptr;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        const auto& [node, index] = order[i];
-        indexOf.insert(node, index);
-        const CSysCodeData* parent = node->GetParent();
-        if (pending == 0) {
-            const std::size_t rows = std::min(batch, order.size() - i);
-            if (rows != statementRows) {
-                insert = std::make_unique<SqlStatement>(db, insertSql(rows).constData());
-                statementRows = rows;
-            }
-            first = node;
-        }
-        bindRow(*insert, int(pending) * kRowColumns, specId, index, indexOf.value(parent), ordOf[parent]++,
-            *node);
-        if (++pending < statementRows)
-            continue;
-        pending = 0;
-        if (!insert->Exec())
-            return failed(statementRows == 1
-                    ? QStringLiteral("the system code \"%1\" cannot be saved").arg(first->GetFullName())
-                    : QStringLiteral("the system codes from \"%1\" on cannot be saved")
-                          .arg(first->GetFullName()));
-    }
-    SqlStatement mark(db,
-        db->Engine() == SqlEngine::Server
-            ? "UPDATE spec SET max_index = greatest(max_index, ?) WHERE spec_id = ?"
-            : "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
-    mark.Bind(1, highWater).Bind(2, specId);
-    if (!mark.Exec())
-        return failed(QStringLiteral("the system codes cannot be saved"));
-    // The stamp of the rows as the store now holds them, read inside the write.
-    quint64 stored = 0;
-    if (written && !Stamp(db, specId, stored, error))
+    std::vector<CodeRow> rows = codeRows(root, order);
+    // Only the rows that differ from the stored ones are written: a dialog's save
+    // of a few edits costs a few rows, and the store's readers see the rest as it was.
+    StoredDiff diff;
+    if (!compareStored(db, specId, rows, diff, error))
         return SaveResult::Failed;
+    if (expected && diff.stamp != *expected)
+        return SaveResult::ChangedSinceRead;
+    if (!deleteGone(db, specId, diff))
+        return failed(QStringLiteral("the old system codes cannot be replaced"));
+    if (!insertNew(db, specId, rows, error))
+        return SaveResult::Failed;
+    if (highWater > storedMark && !raiseMark(db, specId, highWater))
+        return failed(QStringLiteral("the system codes cannot be saved"));
     if (!tx.Commit())
         return failed(QStringLiteral("the system codes cannot be saved"));
     for (const auto& [node, index] : order) {
@@ -323,8 +469,13 @@ SaveResult Save(
             const_cast<CSysCodeData*>(node)->SetNodeIndex(index);
     }
     root.SetNodeIndex(highWater);
-    if (written)
-        *written = stored;
+    if (written) {
+        // The store now holds exactly these rows.
+        quint64 sum = 0;
+        for (const CodeRow& row : rows)
+            sum += rowStamp(row);
+        *written = foldStamp(sum, rows.size());
+    }
     return SaveResult::Saved;
 }
 
