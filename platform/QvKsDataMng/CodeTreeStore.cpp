@@ -1,6 +1,8 @@
 #include "CodeTreeStore.h"
 
 #include "CSysCodeData.h"
+#include "CodeRow.h"
+#include "CodeRowWrites.h"
 #include "SqlDb.h"
 #include "SqlStatement.h"
 #include "SqlTransaction.h"
@@ -9,7 +11,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -24,18 +25,10 @@ bool sqlFail(SqlDb* db, QString* error, const QString& what)
     return false;
 }
 
-// The columns of a code's row in the order every reader of the rows meets them.
+// The columns of a code's row in CodeRow's order.
 const char* const kSelectRows
     = "SELECT node_index, parent_index, name, color, line_width, alpha, line_style, line_string, "
       "hor_laying, ver_laying, added_msg, describe, ord FROM sys_code WHERE spec_id = ?";
-constexpr int kColumns = 13;
-constexpr int kIndexColumn = 0;
-constexpr int kLineWidthColumn = 4;
-
-bool isTextColumn(int col)
-{
-    return col == 2 || (col >= 6 && col <= 11);
-}
 
 void fillFromRow(CSysCodeData* node, const SqlStatement& row)
 {
@@ -59,50 +52,16 @@ CSysCodeData* nodeFromRow(const SqlStatement& row)
     return node;
 }
 
-// A code's row as a save stores it, read column by column as a stored row is.
-struct CodeRow
-{
-    const CSysCodeData* node = nullptr;
-    qint64 ints[kColumns] = {};
-    double lineWidth = 0;
-    QByteArray texts[kColumns];
-    bool keep = false; // stored already, column for column
-
-    qint64 Int64(int col) const { return ints[col]; }
-    double Double(int) const { return lineWidth; }
-    QByteArrayView Utf8(int col) const { return texts[col]; }
-};
-
-CodeRow codeRow(const CSysCodeData& node, int index, int parentIndex, int ord)
-{
-    CodeRow row;
-    row.node = &node;
-    row.ints[0] = index;
-    row.ints[1] = parentIndex;
-    row.texts[2] = node.GetNodeName().toUtf8();
-    row.ints[3] = qint64(node.GetMfcColor());
-    row.lineWidth = node.GetLineWidth();
-    row.ints[5] = node.GetAlpha();
-    row.texts[6] = node.GetLineStyle().toUtf8();
-    row.texts[7] = node.GetLineString().toUtf8();
-    row.texts[8] = node.GetHorLayingMode().toUtf8();
-    row.texts[9] = node.GetVerLayingMode().toUtf8();
-    row.texts[10] = node.GetAddedMsg().toUtf8();
-    row.texts[11] = node.GetDescribe().toUtf8();
-    row.ints[12] = ord;
-    return row;
-}
-
 // One row's part of the stamp: every column as the store holds it, so that no
 // text is decoded to know whether a row changed. The same for a row read and for
 // the row a save wrote.
 template <typename Row> quint64 rowStamp(const Row& row)
 {
     size_t hash = 0;
-    for (int col = 0; col < kColumns; ++col) {
-        if (isTextColumn(col))
+    for (int col = 0; col < CodeRow::kColumns; ++col) {
+        if (CodeRow::IsText(col))
             hash = qHashMulti(hash, row.Utf8(col));
-        else if (col == kLineWidthColumn)
+        else if (col == CodeRow::kLineWidth)
             hash = qHashMulti(hash, row.Double(col));
         else
             hash = qHashMulti(hash, row.Int64(col));
@@ -112,10 +71,10 @@ template <typename Row> quint64 rowStamp(const Row& row)
 
 bool sameRow(const CodeRow& mine, const SqlStatement& stored)
 {
-    for (int col = 0; col < kColumns; ++col) {
-        const bool same = isTextColumn(col) ? mine.Utf8(col) == stored.Utf8(col)
-            : col == kLineWidthColumn       ? mine.Double(col) == stored.Double(col)
-                                            : mine.Int64(col) == stored.Int64(col);
+    for (int col = 0; col < CodeRow::kColumns; ++col) {
+        const bool same = CodeRow::IsText(col) ? mine.Utf8(col) == stored.Utf8(col)
+            : col == CodeRow::kLineWidth       ? mine.Double(col) == stored.Double(col)
+                                               : mine.Int64(col) == stored.Int64(col);
         if (!same)
             return false;
     }
@@ -169,14 +128,16 @@ std::vector<CodeRow> codeRows(
     for (const auto& [node, index] : order) {
         indexOf.insert(node, index);
         const CSysCodeData* parent = node->GetParent();
-        rows.push_back(codeRow(*node, index, indexOf.value(parent), ordOf[parent]++));
+        rows.emplace_back(*node, index, indexOf.value(parent), ordOf[parent]++);
     }
     return rows;
 }
 
-// What the store holds of the specialty against what a save brings: the rows it
-// keeps (marked in `rows`), the indexes of the stored rows that go or change, and
-// the stamp of the stored rows.
+// What the store holds of the specialty against what a save brings: what is done
+// with each row (marked in `rows`), the indexes of the stored rows that go or move
+// or are renamed, and the stamp of the stored rows. A row changed in place is
+// updated: no other row can hold its parent and name meanwhile, and its indexes
+// stay as they are.
 struct StoredDiff
 {
     std::vector<int> gone;
@@ -189,17 +150,20 @@ bool compareStored(SqlDb* db, int specId, std::vector<CodeRow>& rows, StoredDiff
     QHash<int, CodeRow*> byIndex;
     byIndex.reserve(qsizetype(rows.size()));
     for (CodeRow& row : rows)
-        byIndex.insert(int(row.ints[kIndexColumn]), &row);
+        byIndex.insert(int(row.ints[CodeRow::kIndex]), &row);
     SqlStatement stmt(db, kSelectRows);
     stmt.Bind(1, specId);
     quint64 sum = 0;
     while (stmt.Next()) {
         sum += rowStamp(stmt);
         ++diff.storedRows;
-        const int index = stmt.Int(kIndexColumn);
+        const int index = stmt.Int(CodeRow::kIndex);
         CodeRow* mine = byIndex.value(index);
         if (mine && sameRow(*mine, stmt))
-            mine->keep = true;
+            mine->write = CodeRow::Write::Keep;
+        else if (mine && mine->Int64(CodeRow::kParent) == stmt.Int64(CodeRow::kParent)
+            && mine->Utf8(CodeRow::kName) == stmt.Utf8(CodeRow::kName))
+            mine->write = CodeRow::Write::Update; // its place among its siblings' names stays
         else
             diff.gone.push_back(index);
     }
@@ -209,102 +173,29 @@ bool compareStored(SqlDb* db, int specId, std::vector<CodeRow>& rows, StoredDiff
     return true;
 }
 
-constexpr int kRowColumns = 14;
-constexpr std::size_t kServerBatch = 500;
-
-// On a server a statement carries many rows, one round trip for all of them.
-std::size_t batchOf(SqlDb* db)
+std::vector<const CodeRow*> rowsTo(const std::vector<CodeRow>& rows, CodeRow::Write write)
 {
-    return db->Engine() == SqlEngine::Server ? kServerBatch : 1;
-}
-
-// An insert of `rows` codes.
-QByteArray insertSql(std::size_t rows)
-{
-    QByteArray sql = "INSERT INTO sys_code(spec_id, node_index, parent_index, ord, name, color, line_width, "
-                     "alpha, line_style, line_string, hor_laying, ver_laying, added_msg, describe) "
-                     "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
-    for (std::size_t i = 1; i < rows; ++i)
-        sql += ",(?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
-    return sql;
-}
-
-// Binds one code's row after the `base` binds of the rows before it.
-void bindRow(SqlStatement& insert, int base, int specId, const CodeRow& row)
-{
-    insert.Bind(base + 1, specId);
-    insert.Bind(base + 2, row.ints[0]).Bind(base + 3, row.ints[1]).Bind(base + 4, row.ints[12]);
-    insert.BindUtf8(base + 5, row.texts[2]).Bind(base + 6, row.ints[3]).Bind(base + 7, row.lineWidth);
-    insert.Bind(base + 8, row.ints[5]);
-    for (int col = 6; col <= 11; ++col)
-        insert.BindUtf8(base + 3 + col, row.texts[col]);
-}
-
-// A delete of `rows` codes by their indexes.
-QByteArray deleteSql(std::size_t rows)
-{
-    QByteArray sql = "DELETE FROM sys_code WHERE spec_id = ? AND node_index IN (?";
-    for (std::size_t i = 1; i < rows; ++i)
-        sql += ",?";
-    return sql + ')';
-}
-
-// Removes the stored rows that go or change: all of the specialty's at once when
-// none stays.
-bool deleteGone(SqlDb* db, int specId, const StoredDiff& diff)
-{
-    if (diff.gone.empty())
-        return true;
-    if (diff.gone.size() == diff.storedRows) {
-        SqlStatement clear(db, "DELETE FROM sys_code WHERE spec_id = ?");
-        clear.Bind(1, specId);
-        return clear.Exec();
-    }
-    const std::size_t batch = batchOf(db);
-    std::unique_ptr<SqlStatement> stmt;
-    std::size_t statementRows = 0;
-    for (std::size_t first = 0; first < diff.gone.size(); first += statementRows) {
-        const std::size_t rows = std::min(batch, diff.gone.size() - first);
-        if (rows != statementRows) {
-            stmt = std::make_unique<SqlStatement>(db, deleteSql(rows).constData());
-            statementRows = rows;
-        }
-        stmt->Bind(1, specId);
-        for (std::size_t i = 0; i < rows; ++i)
-            stmt->Bind(int(i) + 2, diff.gone[first + i]);
-        if (!stmt->Exec())
-            return false;
-    }
-    return true;
-}
-
-// Inserts the rows not stored already; false with `error` set naming the first
-// code that could not be stored.
-bool insertNew(SqlDb* db, int specId, const std::vector<CodeRow>& rows, QString* error)
-{
-    std::vector<const CodeRow*> fresh;
+    std::vector<const CodeRow*> chosen;
     for (const CodeRow& row : rows) {
-        if (!row.keep)
-            fresh.push_back(&row);
+        if (row.write == write)
+            chosen.push_back(&row);
     }
-    const std::size_t batch = batchOf(db);
-    std::unique_ptr<SqlStatement> insert;
-    std::size_t statementRows = 0;
-    for (std::size_t first = 0; first < fresh.size(); first += statementRows) {
-        const std::size_t count = std::min(batch, fresh.size() - first);
-        if (count != statementRows) {
-            insert = std::make_unique<SqlStatement>(db, insertSql(count).constData());
-            statementRows = count;
-        }
-        for (std::size_t i = 0; i < count; ++i)
-            bindRow(*insert, int(i) * kRowColumns, specId, *fresh[first + i]);
-        if (insert->Exec())
-            continue;
-        const QString name = fresh[first]->node->GetFullName();
+    return chosen;
+}
+
+// The rows that go or move or are renamed out, then the changed ones updated in
+// place, then the new ones and the moved ones in: false with `error` set.
+bool writeRows(
+    SqlDb* db, int specId, const std::vector<CodeRow>& rows, const StoredDiff& diff, QString* error)
+{
+    if (!CodeRowWrites::Delete(db, specId, diff.gone, diff.gone.size() == diff.storedRows))
+        return sqlFail(db, error, QStringLiteral("the old system codes cannot be replaced"));
+    const CodeRow* failed = nullptr;
+    if (!CodeRowWrites::Update(db, specId, rowsTo(rows, CodeRow::Write::Update), &failed)
+        || !CodeRowWrites::Insert(db, specId, rowsTo(rows, CodeRow::Write::Insert), &failed))
         return sqlFail(db, error,
-            count == 1 ? QStringLiteral("the system code \"%1\" cannot be saved").arg(name)
-                       : QStringLiteral("the system codes from \"%1\" on cannot be saved").arg(name));
-    }
+            QStringLiteral("the system code \"%1\" cannot be saved")
+                .arg(failed ? failed->node->GetFullName() : QString()));
     return true;
 }
 
@@ -456,9 +347,7 @@ SaveResult Save(
         return SaveResult::Failed;
     if (expected && diff.stamp != *expected)
         return SaveResult::ChangedSinceRead;
-    if (!deleteGone(db, specId, diff))
-        return failed(QStringLiteral("the old system codes cannot be replaced"));
-    if (!insertNew(db, specId, rows, error))
+    if (!writeRows(db, specId, rows, diff, error))
         return SaveResult::Failed;
     if (highWater > storedMark && !raiseMark(db, specId, highWater))
         return failed(QStringLiteral("the system codes cannot be saved"));

@@ -100,6 +100,8 @@ const Edit kEdits[] = {
             CSysCodeData* copy = addCode(t, QStringLiteral("照明副本"), code(t, "照明")->GetNodeIndex());
             copy->CopyAttributesFrom(*code(t, "照明"));
         } },
+    { "two siblings change places",
+        [](CSysCodeData& t) { code(t, "动力\\AP1")->SetParent(code(t, "动力")); } },
     { "every code removed", [](CSysCodeData& t) { t.DeleteData(); } },
 };
 
