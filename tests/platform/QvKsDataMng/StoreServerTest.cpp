@@ -351,6 +351,14 @@ TEST(StoreLocation, ServerAddressesNameHostPortDatabaseAndUserOnly)
         { "postgresql://db.example/a/b", "" },
         { "postgresql://db.example/tower?sslmode=disable", "" },
         { "sqlite:///tmp/x", "" },
+        // Names the project's server entry could not keep as they are.
+        { "postgresql://dr%0Aafter@db.example/tower", "" },
+        { "postgresql://db.example/to%0Awer", "" },
+        { "postgresql://%20drafter@db.example/tower", "" },
+        { "postgresql://db.example/tower%E3%80%80", "" },
+        { "postgresql://db.example:0/tower", "" },
+        { "postgresql://%E5%88%B6%E5%9B%BE@db.example/%E5%A1%94%E6%A5%BC",
+            "postgresql://制图@db.example:5432/塔楼" },
         { "tower", "" },
     };
     for (const auto& c : cases) {
