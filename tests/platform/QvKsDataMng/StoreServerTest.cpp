@@ -367,7 +367,7 @@ TEST(StoreLocation, ServerAddressesNameHostPortDatabaseAndUserOnly)
         const bool ok = StoreLocation::FromUrl(QString::fromUtf8(c.url), location, &error);
         EXPECT_EQ(ok, *c.described != 0) << c.url;
         if (ok)
-            EXPECT_EQ(location.Describe(), QLatin1String(c.described));
+            EXPECT_EQ(location.Describe(), QString::fromUtf8(c.described));
         else
             EXPECT_FALSE(error.isEmpty()) << c.url;
     }
