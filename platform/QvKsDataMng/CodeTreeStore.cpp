@@ -188,7 +188,8 @@ std::vector<const CodeRow*> rowsTo(const std::vector<CodeRow>& rows, CodeRow::Wr
 bool writeRows(
     SqlDb* db, int specId, const std::vector<CodeRow>& rows, const StoredDiff& diff, QString* error)
 {
-    if (!CodeRowWrites::Delete(db, specId, diff.gone, diff.gone.size() == diff.storedRows))
+    const bool none = diff.storedRows > 0 && diff.gone.size() == diff.storedRows; // none stays
+    if (!CodeRowWrites::Delete(db, specId, diff.gone, none))
         return sqlFail(db, error, QStringLiteral("the old system codes cannot be replaced"));
     const CodeRow* failed = nullptr;
     if (!CodeRowWrites::Update(db, specId, rowsTo(rows, CodeRow::Write::Update), &failed)
