@@ -1,15 +1,19 @@
 // The store and ".scn" files at 10,000 codes, each against the bare library doing
 // the same work in the same run:
-//   SaveTree   (SetSpecCodeInfos)        vs BareReplace (DELETE + 10,000 INSERTs, one transaction)
+//   SaveTree   (SetSpecCodeInfos, every code changed since the last save)
+//                                        vs BareReplace (DELETE + 10,000 INSERTs, one transaction)
+//   SaveTreeTenthChanged (1,000 of the codes changed), SaveTreeUnchanged (the same
+//              codes again)               vs SaveTree
 //   LoadTree   (GetSpecCodeInfos)        vs BareSelect  (SELECT in key order, numbers and text read out)
 //   ImportScn  (ImportData + merge)      vs BareXmlRead (QXmlStreamReader over the file, attributes read)
 //   ImportScnIntoFullSpec (the same into a specialty holding those codes) vs BareXmlRead
-//   SaveTreeChecked (the save that first checks nobody changed the codes) vs SaveTree
+//   SaveTreeChecked (SaveTree that first checks nobody changed the codes) vs SaveTree
 //   ThreeWayMerge (10,000 codes, 1,000 changed on each side) vs LoadTree
 //
-// The engine: the store file (default), or with --engine=postgresql://USER@HOST:PORT/DB
-// a project whose store is that database on a server (empty; the password from
-// ~/.pgpass or PGPASSWORD). The bare-library rows always use SQLite.
+// The engine (BenchStoreEngine.h): the store file (default), --engine=server for a
+// server started for the run, or --engine=postgresql://USER@HOST:PORT/DB for an
+// empty database of one. The bare-library rows always use SQLite.
+#include "BenchStoreEngine.h"
 #include "CISysCode.h"
 #include "CSysCodeData.h"
 #include "QvKsDataMng.h"
@@ -57,34 +61,40 @@ void buildTree(CSysCodeData& root)
     }
 }
 
-QString engineArgument()
+// A copy of `tree` whose every `step`-th code has a description of its own.
+CSysCodeData describedAnew(const CSysCodeData& tree, int step)
 {
-    for (const QString& arg : QCoreApplication::arguments()) {
-        if (arg.startsWith(QLatin1String("--engine=")))
-            return arg.mid(9);
+    CSysCodeData copy = tree;
+    std::vector<CSysCodeData*> stack(copy.GetChildren().begin(), copy.GetChildren().end());
+    for (int n = 0; !stack.empty(); ++n) {
+        CSysCodeData* node = stack.back();
+        stack.pop_back();
+        if (n % step == 0)
+            node->SetDescribe(QStringLiteral("改%1").arg(n));
+        stack.insert(stack.end(), node->GetChildren().begin(), node->GetChildren().end());
     }
-    return QString();
+    return copy;
 }
 
 struct Fixture
 {
     QTemporaryDir dir;
     CSysCodeData tree;
+    CSysCodeData allChanged; // every code's description differs from the tree's
+    CSysCodeData tenthChanged; // every tenth code's does
     QString scn;
     sqlite3* bare = nullptr;
 
     Fixture()
     {
-        const QString engine = engineArgument();
-        if (engine.isEmpty() || engine == QLatin1String("file"))
-            QvKsDataMng::CreateProject(dir.path() + QStringLiteral("/p"), QStringLiteral("bench"));
-        else if (QString error; !QvKsDataMng::CreateServerProject(
-                     dir.path() + QStringLiteral("/p"), engine, QStringLiteral("bench"), &error))
-            qFatal("bench_store: %s", qPrintable(error));
+        if (QString why; !CreateBenchProject(dir.path() + QStringLiteral("/p"), QStringLiteral("bench"), why))
+            qFatal("bench_store: %s", qPrintable(why));
         QvKsDataMng::RunScript(
             QStringLiteral("INSERT INTO spec(spec_id, name, ord) VALUES(3, '电气', 1), (6, '弱电', 2)"));
         buildTree(tree);
         CISysCode::SetSpecCodeInfos(tree, kSpec); // numbers the codes
+        allChanged = describedAnew(tree, 1);
+        tenthChanged = describedAnew(tree, 10);
         scn = dir.path() + QStringLiteral("/tree.scn");
         tree.ExportData(scn, kSpec);
         // The same table, indices and pragmas as the store's.
@@ -152,14 +162,36 @@ void bareReplace(sqlite3* db, const CSysCodeData& root)
     sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr);
 }
 
-void BM_SaveTree(benchmark::State& state)
+// Saves alternately the tree and `other`, so that every save stores what `other`
+// changes against the tree; the store starts with the tree.
+void saveAlternately(benchmark::State& state, CSysCodeData& other)
 {
     Fixture& f = fixture();
+    if (!CISysCode::SetSpecCodeInfos(f.tree, kSpec))
+        state.SkipWithError("save failed");
+    bool toOther = true;
     for (auto _ : state) {
-        if (!CISysCode::SetSpecCodeInfos(f.tree, kSpec))
+        if (!CISysCode::SetSpecCodeInfos(toOther ? other : f.tree, kSpec))
             state.SkipWithError("save failed");
+        toOther = !toOther;
     }
     state.SetItemsProcessed(state.iterations() * 10000);
+}
+
+void BM_SaveTree(benchmark::State& state)
+{
+    saveAlternately(state, fixture().allChanged);
+}
+
+// A dialog's usual save: some of the codes edited.
+void BM_SaveTreeTenthChanged(benchmark::State& state)
+{
+    saveAlternately(state, fixture().tenthChanged);
+}
+
+void BM_SaveTreeUnchanged(benchmark::State& state)
+{
+    saveAlternately(state, fixture().tree);
 }
 
 // What a dialog's OK pays for knowing that nobody stored the codes since it read them.
@@ -168,10 +200,14 @@ void BM_SaveTreeChecked(benchmark::State& state)
     Fixture& f = fixture();
     quint64 stamp = 0;
     CSysCodeData read;
+    CISysCode::SetSpecCodeInfos(f.tree, kSpec);
     CISysCode::GetSpecCodeInfos(read, kSpec, stamp);
+    bool toOther = true;
     for (auto _ : state) {
-        if (CISysCode::SetSpecCodeInfos(f.tree, kSpec, stamp) != CISysCode::SaveResult::Saved)
+        if (CISysCode::SetSpecCodeInfos(toOther ? f.allChanged : f.tree, kSpec, stamp)
+            != CISysCode::SaveResult::Saved)
             state.SkipWithError("save failed");
+        toOther = !toOther;
     }
     state.SetItemsProcessed(state.iterations() * 10000);
 }
@@ -309,6 +345,8 @@ void BM_BareXmlRead(benchmark::State& state)
 }
 
 BENCHMARK(BM_SaveTree)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SaveTreeTenthChanged)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SaveTreeUnchanged)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SaveTreeChecked)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ThreeWayMerge)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_BareReplace)->Unit(benchmark::kMillisecond);

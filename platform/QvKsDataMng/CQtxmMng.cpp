@@ -48,6 +48,36 @@ bool readDe(ProjectStore& store, SqlStatement& stmt, QVector<SQvKsDeInfo>& items
     return stmt.Done();
 }
 
+// The items of one floor read with the floor itself, one round trip to a server: a
+// floor without items gives one row without an item, an unknown floor none.
+const char* const kQdOfFloor
+    = "SELECT q.qd_id, f.name, q.code, q.idx, q.name, q.feature, q.unit, q.quantity, q.sys_code "
+      "FROM floor f LEFT JOIN qd_item q ON q.floor_id = f.floor_id WHERE f.name = ? ORDER BY q.code, q.idx";
+const char* const kDeOfFloor
+    = "SELECT d.de_id, f.name, d.qd_id, d.code, d.idx, d.name, d.unit, d.quantity, d.sys_code "
+      "FROM floor f LEFT JOIN de_item d ON d.floor_id = f.floor_id WHERE f.name = ? ORDER BY d.code, d.idx";
+
+template <typename Item, typename FromRow>
+bool readFloorItems(ProjectStore& store, const char* sql, const QString& floor, QVector<Item>& items,
+    FromRow fromRow, const QString& what)
+{
+    SqlStatement stmt(store.Db(), sql);
+    stmt.Bind(1, floor);
+    bool floorFound = false;
+    while (stmt.Next()) {
+        floorFound = true;
+        if (!stmt.IsNull(0))
+            items.push_back(fromRow(stmt, store));
+    }
+    if (!stmt.Done()) {
+        store.FailSql(what);
+        return false;
+    }
+    if (!floorFound)
+        ProjectStore::Fail(QStringLiteral("the project has no floor \"%1\"").arg(floor));
+    return floorFound;
+}
+
 bool idExists(const ProjectStore& store, const char* sql, qint64 id)
 {
     SqlStatement stmt(store.Db(), sql);
@@ -61,28 +91,18 @@ bool CQtxmMng::GetAllQdInfos(const QString& floor, QVector<SQvKsQdInfo>& items)
 {
     items.clear();
     ProjectStore* store = ProjectStore::Require();
-    if (!store || !floorExists(*store, floor))
-        return false;
-    SqlStatement stmt(
-        store->Db(), (QByteArray(kQdColumns) + "WHERE f.name = ? ORDER BY q.code, q.idx").constData());
-    stmt.Bind(1, floor);
-    while (stmt.Next())
-        items.push_back(qdFromRow(stmt, *store));
-    if (!stmt.Done())
-        store->FailSql(QStringLiteral("the bill items cannot be read"));
-    return stmt.Done();
+    return store
+        && readFloorItems(
+            *store, kQdOfFloor, floor, items, qdFromRow, QStringLiteral("the bill items cannot be read"));
 }
 
 bool CQtxmMng::GetAllDeInfos(const QString& floor, QVector<SQvKsDeInfo>& items)
 {
     items.clear();
     ProjectStore* store = ProjectStore::Require();
-    if (!store || !floorExists(*store, floor))
-        return false;
-    SqlStatement stmt(
-        store->Db(), (QByteArray(kDeColumns) + "WHERE f.name = ? ORDER BY d.code, d.idx").constData());
-    stmt.Bind(1, floor);
-    return readDe(*store, stmt, items);
+    return store
+        && readFloorItems(
+            *store, kDeOfFloor, floor, items, deFromRow, QStringLiteral("the quota items cannot be read"));
 }
 
 bool CQtxmMng::GetAllQdDeInfosByCode(

@@ -1,6 +1,8 @@
 #include "CodeTreeStore.h"
 
 #include "CSysCodeData.h"
+#include "CodeRow.h"
+#include "CodeRowWrites.h"
 #include "SqlDb.h"
 #include "SqlStatement.h"
 #include "SqlTransaction.h"
@@ -9,7 +11,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -24,6 +25,7 @@ bool sqlFail(SqlDb* db, QString* error, const QString& what)
     return false;
 }
 
+// The columns of a code's row in CodeRow's order.
 const char* const kSelectRows
     = "SELECT node_index, parent_index, name, color, line_width, alpha, line_style, line_string, "
       "hor_laying, ver_laying, added_msg, describe, ord FROM sys_code WHERE spec_id = ?";
@@ -50,23 +52,33 @@ CSysCodeData* nodeFromRow(const SqlStatement& row)
     return node;
 }
 
-// One stored row's part of the stamp: every column as the store holds it, so that
-// no text is decoded to know whether a row changed.
-quint64 rowStamp(const SqlStatement& row)
+// One row's part of the stamp: every column as the store holds it, so that no
+// text is decoded to know whether a row changed. The same for a row read and for
+// the row a save wrote.
+template <typename Row> quint64 rowStamp(const Row& row)
 {
-    constexpr int kColumns = 13;
-    constexpr int kLineWidth = 4;
-    constexpr int kFirstText = 6, kLastText = 11;
     size_t hash = 0;
-    for (int col = 0; col < kColumns; ++col) {
-        if (col == 2 || (col >= kFirstText && col <= kLastText))
+    for (int col = 0; col < CodeRow::kColumns; ++col) {
+        if (CodeRow::IsText(col))
             hash = qHashMulti(hash, row.Utf8(col));
-        else if (col == kLineWidth)
+        else if (col == CodeRow::kLineWidth)
             hash = qHashMulti(hash, row.Double(col));
         else
             hash = qHashMulti(hash, row.Int64(col));
     }
     return hash;
+}
+
+bool sameRow(const CodeRow& mine, const SqlStatement& stored)
+{
+    for (int col = 0; col < CodeRow::kColumns; ++col) {
+        const bool same = CodeRow::IsText(col) ? mine.Utf8(col) == stored.Utf8(col)
+            : col == CodeRow::kLineWidth       ? mine.Double(col) == stored.Double(col)
+                                               : mine.Int64(col) == stored.Int64(col);
+        if (!same)
+            return false;
+    }
+    return true;
 }
 
 // Row stamps are added up, so the stamp does not depend on the order rows are met.
@@ -103,33 +115,117 @@ std::vector<std::pair<const CSysCodeData*, int>> numberTree(const CSysCodeData& 
     return order;
 }
 
-constexpr int kRowColumns = 14;
-constexpr std::size_t kServerBatch = 500;
-
-// An insert of `rows` codes.
-QByteArray insertSql(std::size_t rows)
+// The rows of the numbered codes, parents before their children.
+std::vector<CodeRow> codeRows(
+    const CSysCodeData& root, const std::vector<std::pair<const CSysCodeData*, int>>& order)
 {
-    QByteArray sql = "INSERT INTO sys_code(spec_id, node_index, parent_index, ord, name, color, line_width, "
-                     "alpha, line_style, line_string, hor_laying, ver_laying, added_msg, describe) "
-                     "VALUES(?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
-    for (std::size_t i = 1; i < rows; ++i)
-        sql += ",(?,?,?,?,?,?,?,?,?,?,?,?,?,?)";
-    return sql;
+    QHash<const CSysCodeData*, int> indexOf;
+    indexOf.reserve(qsizetype(order.size()) + 1);
+    indexOf.insert(&root, 0);
+    QHash<const CSysCodeData*, int> ordOf;
+    std::vector<CodeRow> rows;
+    rows.reserve(order.size());
+    for (const auto& [node, index] : order) {
+        indexOf.insert(node, index);
+        const CSysCodeData* parent = node->GetParent();
+        rows.emplace_back(*node, index, indexOf.value(parent), ordOf[parent]++);
+    }
+    return rows;
 }
 
-// Binds one code's row after the `base` binds of the rows before it.
-void bindRow(
-    SqlStatement& insert, int base, int specId, int index, int parentIndex, int ord, const CSysCodeData& node)
+// What the store holds of the specialty against what a save brings: what is done
+// with each row (marked in `rows`), the indexes of the stored rows that go or move
+// or are renamed, and the stamp of the stored rows. A row changed in place is
+// updated: no other row can hold its parent and name meanwhile, and its indexes
+// stay as they are.
+struct StoredDiff
 {
-    insert.Bind(base + 1, specId).Bind(base + 2, index).Bind(base + 3, parentIndex).Bind(base + 4, ord);
-    insert.Bind(base + 5, node.GetNodeName())
-        .Bind(base + 6, qint64(node.GetMfcColor()))
-        .Bind(base + 7, node.GetLineWidth());
-    insert.Bind(base + 8, node.GetAlpha())
-        .Bind(base + 9, node.GetLineStyle())
-        .Bind(base + 10, node.GetLineString());
-    insert.Bind(base + 11, node.GetHorLayingMode()).Bind(base + 12, node.GetVerLayingMode());
-    insert.Bind(base + 13, node.GetAddedMsg()).Bind(base + 14, node.GetDescribe());
+    std::vector<int> gone;
+    std::size_t storedRows = 0;
+    quint64 stamp = 0;
+};
+
+bool compareStored(SqlDb* db, int specId, std::vector<CodeRow>& rows, StoredDiff& diff, QString* error)
+{
+    QHash<int, CodeRow*> byIndex;
+    byIndex.reserve(qsizetype(rows.size()));
+    for (CodeRow& row : rows)
+        byIndex.insert(int(row.ints[CodeRow::kIndex]), &row);
+    SqlStatement stmt(db, kSelectRows);
+    stmt.Bind(1, specId);
+    quint64 sum = 0;
+    while (stmt.Next()) {
+        sum += rowStamp(stmt);
+        ++diff.storedRows;
+        const int index = stmt.Int(CodeRow::kIndex);
+        CodeRow* mine = byIndex.value(index);
+        if (mine && sameRow(*mine, stmt))
+            mine->write = CodeRow::Write::Keep;
+        else if (mine && mine->Int64(CodeRow::kParent) == stmt.Int64(CodeRow::kParent)
+            && mine->Utf8(CodeRow::kName) == stmt.Utf8(CodeRow::kName))
+            mine->write = CodeRow::Write::Update; // its place among its siblings' names stays
+        else
+            diff.gone.push_back(index);
+    }
+    if (!stmt.Done())
+        return sqlFail(db, error, QStringLiteral("the system codes cannot be read"));
+    diff.stamp = foldStamp(sum, diff.storedRows);
+    return true;
+}
+
+std::vector<const CodeRow*> rowsTo(const std::vector<CodeRow>& rows, CodeRow::Write write)
+{
+    std::vector<const CodeRow*> chosen;
+    for (const CodeRow& row : rows) {
+        if (row.write == write)
+            chosen.push_back(&row);
+    }
+    return chosen;
+}
+
+// The rows that go or move or are renamed out, then the changed ones updated in
+// place, then the new ones and the moved ones in: false with `error` set.
+bool writeRows(
+    SqlDb* db, int specId, const std::vector<CodeRow>& rows, const StoredDiff& diff, QString* error)
+{
+    const bool none = diff.storedRows > 0 && diff.gone.size() == diff.storedRows; // none stays
+    if (!CodeRowWrites::Delete(db, specId, diff.gone, none))
+        return sqlFail(db, error, QStringLiteral("the old system codes cannot be replaced"));
+    const CodeRow* failed = nullptr;
+    if (!CodeRowWrites::Update(db, specId, rowsTo(rows, CodeRow::Write::Update), &failed)
+        || !CodeRowWrites::Insert(db, specId, rowsTo(rows, CodeRow::Write::Insert), &failed))
+        return sqlFail(db, error,
+            QStringLiteral("the system code \"%1\" cannot be saved")
+                .arg(failed ? failed->node->GetFullName() : QString()));
+    return true;
+}
+
+// The specialty's high-water mark, read inside the save's transaction. On a server,
+// writers of one specialty take turns: the specialty's row stays locked until the
+// transaction ends, so a second writer reads the stamp only after the first one's
+// codes are stored, and the mark is read by one writer at a time. The store file
+// is locked whole by the transaction already.
+bool readMark(SqlDb* db, int specId, int& mark)
+{
+    SqlStatement stmt(db,
+        db->Engine() == SqlEngine::Server ? "SELECT max_index FROM spec WHERE spec_id = ? FOR UPDATE"
+                                          : "SELECT max_index FROM spec WHERE spec_id = ?");
+    stmt.Bind(1, specId);
+    if (!stmt.Next())
+        return false;
+    mark = stmt.Int(0);
+    stmt.Next();
+    return true;
+}
+
+bool raiseMark(SqlDb* db, int specId, int highWater)
+{
+    SqlStatement mark(db,
+        db->Engine() == SqlEngine::Server
+            ? "UPDATE spec SET max_index = greatest(max_index, ?) WHERE spec_id = ?"
+            : "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
+    mark.Bind(1, highWater).Bind(2, specId);
+    return mark.Exec();
 }
 
 } // namespace
@@ -239,83 +335,23 @@ SaveResult Save(
     SqlTransaction tx(db);
     if (!tx.IsActive())
         return failed(QStringLiteral("the system codes cannot be saved"));
-    // On a server, writers of one specialty take turns: the specialty's row stays
-    // locked until this transaction ends, so a second writer reads the stamp only
-    // after the first one's codes are stored, and the store's high-water mark is
-    // read by one writer at a time. The store file is locked whole by the
-    // transaction already.
-    if (db->Engine() == SqlEngine::Server) {
-        SqlStatement lock(db, "SELECT max_index FROM spec WHERE spec_id = ? FOR UPDATE");
-        lock.Bind(1, specId);
-        if (!lock.Next())
-            return failed(QStringLiteral("the specialty cannot be locked for the save"));
-        lock.Next();
-    }
-    if (expected) {
-        quint64 now = 0;
-        if (!Stamp(db, specId, now, error))
-            return SaveResult::Failed;
-        if (now != *expected)
-            return SaveResult::ChangedSinceRead;
-    }
-    int highWater = 0;
-    {
-        SqlStatement mark(db, "SELECT max_index FROM spec WHERE spec_id = ?");
-        mark.Bind(1, specId);
-        if (!mark.Next())
-            return failed(QStringLiteral("the specialty is gone from the store"));
-        highWater = mark.Int(0);
-    }
+    int storedMark = 0;
+    if (!readMark(db, specId, storedMark))
+        return failed(QStringLiteral("the specialty cannot be locked for the save"));
+    int highWater = storedMark;
     const auto order = numberTree(root, highWater);
-    SqlStatement clear(db, "DELETE FROM sys_code WHERE spec_id = ?");
-    clear.Bind(1, specId);
-    if (!clear.Exec())
-        return failed(QStringLiteral("the old system codes cannot be replaced"));
-
-    QHash<const CSysCodeData*, int> indexOf;
-    indexOf.reserve(qsizetype(order.size()) + 1);
-    indexOf.insert(&root, 0);
-    QHash<const CSysCodeData*, int> ordOf;
-    // On a server a statement carries many rows, one round trip for all of them.
-    const std::size_t batch = db->Engine() == SqlEngine::Server ? kServerBatch : 1;
-    std::unique_ptr<SqlStatement> insert;
-    std::size_t statementRows = 0;
-    std::size_t pending = 0;
-    const CSysCodeData* first = nullptr;
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        const auto& [node, index] = order[i];
-        indexOf.insert(node, index);
-        const CSysCodeData* parent = node->GetParent();
-        if (pending == 0) {
-            const std::size_t rows = std::min(batch, order.size() - i);
-            if (rows != statementRows) {
-                insert = std::make_unique<SqlStatement>(db, insertSql(rows).constData());
-                statementRows = rows;
-            }
-            first = node;
-        }
-        bindRow(*insert, int(pending) * kRowColumns, specId, index, indexOf.value(parent), ordOf[parent]++,
-            *node);
-        if (++pending < statementRows)
-            continue;
-        pending = 0;
-        if (!insert->Exec())
-            return failed(statementRows == 1
-                    ? QStringLiteral("the system code \"%1\" cannot be saved").arg(first->GetFullName())
-                    : QStringLiteral("the system codes from \"%1\" on cannot be saved")
-                          .arg(first->GetFullName()));
-    }
-    SqlStatement mark(db,
-        db->Engine() == SqlEngine::Server
-            ? "UPDATE spec SET max_index = greatest(max_index, ?) WHERE spec_id = ?"
-            : "UPDATE spec SET max_index = max(max_index, ?) WHERE spec_id = ?");
-    mark.Bind(1, highWater).Bind(2, specId);
-    if (!mark.Exec())
-        return failed(QStringLiteral("the system codes cannot be saved"));
-    // The stamp of the rows as the store now holds them, read inside the write.
-    quint64 stored = 0;
-    if (written && !Stamp(db, specId, stored, error))
+    std::vector<CodeRow> rows = codeRows(root, order);
+    // Only the rows that differ from the stored ones are written: a dialog's save
+    // of a few edits costs a few rows, and the store's readers see the rest as it was.
+    StoredDiff diff;
+    if (!compareStored(db, specId, rows, diff, error))
         return SaveResult::Failed;
+    if (expected && diff.stamp != *expected)
+        return SaveResult::ChangedSinceRead;
+    if (!writeRows(db, specId, rows, diff, error))
+        return SaveResult::Failed;
+    if (highWater > storedMark && !raiseMark(db, specId, highWater))
+        return failed(QStringLiteral("the system codes cannot be saved"));
     if (!tx.Commit())
         return failed(QStringLiteral("the system codes cannot be saved"));
     for (const auto& [node, index] : order) {
@@ -323,8 +359,13 @@ SaveResult Save(
             const_cast<CSysCodeData*>(node)->SetNodeIndex(index);
     }
     root.SetNodeIndex(highWater);
-    if (written)
-        *written = stored;
+    if (written) {
+        // The store now holds exactly these rows.
+        quint64 sum = 0;
+        for (const CodeRow& row : rows)
+            sum += rowStamp(row);
+        *written = foldStamp(sum, rows.size());
+    }
     return SaveResult::Saved;
 }
 

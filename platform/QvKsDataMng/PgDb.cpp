@@ -20,6 +20,17 @@ QString serverName(const PgDb::Params& p)
     return QStringLiteral("%1:%2").arg(p.host.isEmpty() ? QStringLiteral("localhost") : p.host).arg(p.port);
 }
 
+// Whether a statement's tag names rows it inserted, changed or deleted: what the
+// store file counts as changes (a SELECT's rows or a CREATE's are none).
+bool changesRows(const char* tag)
+{
+    for (const char* verb : { "INSERT ", "UPDATE ", "DELETE ", "MERGE " }) {
+        if (std::strncmp(tag, verb, std::strlen(verb)) == 0)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 std::unique_ptr<PgDb> PgDb::Connect(const Params& params, QString* error)
@@ -98,12 +109,11 @@ void PgDb::NoteFailure(pg_result* result)
 bool PgDb::Check(pg_result* result)
 {
     const ExecStatusType status = result ? PQresultStatus(result) : PGRES_FATAL_ERROR;
-    if (status == PGRES_COMMAND_OK) {
-        m_changes += std::strtoll(PQcmdTuples(result), nullptr, 10);
+    if (status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK) {
+        if (changesRows(PQcmdStatus(result)))
+            m_changes += std::strtoll(PQcmdTuples(result), nullptr, 10);
         return true;
     }
-    if (status == PGRES_TUPLES_OK)
-        return true;
     NoteFailure(result);
     return false;
 }
@@ -122,15 +132,24 @@ bool PgDb::Execute(const char* sql)
         AfterCommand(sql);
         return false;
     }
-    pg_result* result = PQexec(m_conn, sql);
-    bool ok = Check(result);
-    // A commit after a failed statement ends the transaction as a rollback and
-    // still answers "done": here it is a failure.
-    if (ok && std::strcmp(sql, "COMMIT") == 0 && std::strcmp(PQcmdStatus(result), "ROLLBACK") == 0) {
-        m_message = QStringLiteral("the server rolled the change back after an earlier failure");
-        ok = false;
+    // Text of several statements answers with a result for each: every one's rows
+    // count as changes, and the first failure is the text's.
+    const bool sent = PQsendQuery(m_conn, sql) == 1;
+    bool ok = sent;
+    if (!sent)
+        NoteFailure(nullptr);
+    const bool commit = std::strcmp(sql, "COMMIT") == 0;
+    while (pg_result* result = sent ? PQgetResult(m_conn) : nullptr) {
+        if (ok && !Check(result))
+            ok = false;
+        // A commit after a failed statement ends the transaction as a rollback and
+        // still answers "done": here it is a failure.
+        if (ok && commit && std::strcmp(PQcmdStatus(result), "ROLLBACK") == 0) {
+            m_message = QStringLiteral("the server rolled the change back after an earlier failure");
+            ok = false;
+        }
+        PQclear(result);
     }
-    PQclear(result);
     AfterCommand(sql);
     return ok;
 }

@@ -42,6 +42,13 @@ SqlStatement& SqlStatement::Bind(int i, const QString& value)
     return *this;
 }
 
+SqlStatement& SqlStatement::BindUtf8(int i, const QByteArray& utf8)
+{
+    if (m_cursor)
+        m_cursor->BindText(i, utf8);
+    return *this;
+}
+
 SqlStatement& SqlStatement::BindNull(int i)
 {
     if (m_cursor)

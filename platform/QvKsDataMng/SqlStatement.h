@@ -26,6 +26,8 @@ public:
     SqlStatement& Bind(int i, qint64 value);
     SqlStatement& Bind(int i, double value);
     SqlStatement& Bind(int i, const QString& value);
+    // Text already in UTF-8.
+    SqlStatement& BindUtf8(int i, const QByteArray& utf8);
     SqlStatement& BindNull(int i);
 
     // True while a row is available; Done() tells whether the end was reached cleanly.

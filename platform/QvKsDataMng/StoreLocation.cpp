@@ -52,6 +52,13 @@ bool parseEntry(const QByteArray& text, PgDb::Params& server, QString* error)
     return true;
 }
 
+// Whether the project's entry keeps `value` as it is: on one line, with nothing at
+// its ends that reading the entry trims.
+bool entryKeeps(const QString& value)
+{
+    return value == value.trimmed() && !value.contains(u'\n');
+}
+
 } // namespace
 
 QString StoreLocation::EntryFileName()
@@ -80,6 +87,14 @@ bool StoreLocation::FromUrl(const QString& url, StoreLocation& out, QString* err
     location.server.database = parsed.path().mid(1);
     if (location.server.database.isEmpty() || location.server.database.contains(u'/'))
         return fail(error, QStringLiteral("the address \"%1\" names no database").arg(url));
+    if (location.server.port <= 0)
+        return fail(error, QStringLiteral("the address \"%1\" names no port a server listens on").arg(url));
+    if (!entryKeeps(location.server.user) || !entryKeeps(location.server.database)
+        || !entryKeeps(location.server.host))
+        return fail(error,
+            QStringLiteral("the address \"%1\" holds a name with a line break or with spaces at its ends, "
+                           "which the project's server entry cannot keep")
+                .arg(url));
     out = location;
     return true;
 }

@@ -2,6 +2,7 @@
 // project on a server adds: its entry, the server's failures, carrying a project
 // between a file and a server.
 #include "CISysCode.h"
+#include "CQtxmMng.h"
 #include "StoreEngineFixture.h"
 #include "StoreLocation.h"
 
@@ -92,6 +93,35 @@ TEST_P(SharedStore, ATreeOfManyCodesIsStoredInFullInItsOrder)
     addCode(*root.GetChild(9), QStringLiteral("回路5"));
     EXPECT_FALSE(CISysCode::SetSpecCodeInfos(root, kElec));
     EXPECT_EQ(stored(), codes);
+}
+
+TEST_P(SharedStore, AFloorsItemsAreReadWithTheFloorEmptyOrNot)
+{
+    const auto project = MakeProject();
+    ASSERT_TRUE(QvKsDataMng::RunScript(QStringLiteral(
+        "INSERT INTO floor(floor_id, name, ord, dwg_file) VALUES (1, '1F', 1, '1F.dxf'), (2, '2F', 2, "
+        "'2F.dxf');"
+        "INSERT INTO qd_item(qd_id, floor_id, code, idx, name, sys_code) VALUES"
+        " (1, 1, '030411004', 2, '配线', '电气\\照明'), (2, 1, '030411001', 1, '配管', '电气\\动力');"
+        "INSERT INTO de_item(de_id, floor_id, qd_id, code, idx, name, sys_code) VALUES"
+        " (1, 1, 2, '4-12-5', 1, '砖混暗配', '电气\\动力')")));
+    QVector<SQvKsQdInfo> bills;
+    QVector<SQvKsDeInfo> quotas;
+    ASSERT_TRUE(CQtxmMng::GetAllQdInfos(QStringLiteral("1F"), bills));
+    ASSERT_EQ(bills.size(), 2);
+    EXPECT_EQ(bills[0].GetName(), QStringLiteral("030411001-1 配管"));
+    EXPECT_EQ(bills[1].strSysCode, QStringLiteral("电气\\照明"));
+    ASSERT_TRUE(CQtxmMng::GetAllDeInfos(QStringLiteral("1F"), quotas));
+    ASSERT_EQ(quotas.size(), 1);
+    EXPECT_EQ(quotas[0].strFloor, QStringLiteral("1F"));
+    // A floor without items has none; a floor the project lacks is refused.
+    EXPECT_TRUE(CQtxmMng::GetAllQdInfos(QStringLiteral("2F"), bills));
+    EXPECT_TRUE(bills.isEmpty());
+    EXPECT_TRUE(CQtxmMng::GetAllDeInfos(QStringLiteral("2F"), quotas));
+    EXPECT_TRUE(quotas.isEmpty());
+    EXPECT_FALSE(CQtxmMng::GetAllQdInfos(QStringLiteral("9F"), bills));
+    EXPECT_TRUE(QvKsDataMng::LastError().contains(QLatin1String("9F")));
+    EXPECT_FALSE(CQtxmMng::GetAllDeInfos(QStringLiteral("9F"), quotas));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -351,6 +381,14 @@ TEST(StoreLocation, ServerAddressesNameHostPortDatabaseAndUserOnly)
         { "postgresql://db.example/a/b", "" },
         { "postgresql://db.example/tower?sslmode=disable", "" },
         { "sqlite:///tmp/x", "" },
+        // Names the project's server entry could not keep as they are.
+        { "postgresql://dr%0Aafter@db.example/tower", "" },
+        { "postgresql://db.example/to%0Awer", "" },
+        { "postgresql://%20drafter@db.example/tower", "" },
+        { "postgresql://db.example/tower%E3%80%80", "" },
+        { "postgresql://db.example:0/tower", "" },
+        { "postgresql://%E5%88%B6%E5%9B%BE@db.example/%E5%A1%94%E6%A5%BC",
+            "postgresql://制图@db.example:5432/塔楼" },
         { "tower", "" },
     };
     for (const auto& c : cases) {
@@ -359,7 +397,7 @@ TEST(StoreLocation, ServerAddressesNameHostPortDatabaseAndUserOnly)
         const bool ok = StoreLocation::FromUrl(QString::fromUtf8(c.url), location, &error);
         EXPECT_EQ(ok, *c.described != 0) << c.url;
         if (ok)
-            EXPECT_EQ(location.Describe(), QLatin1String(c.described));
+            EXPECT_EQ(location.Describe(), QString::fromUtf8(c.described));
         else
             EXPECT_FALSE(error.isEmpty()) << c.url;
     }
