@@ -25,8 +25,8 @@ public:
     // The field and the keys live on `dialog`. `remarkColumn` and `pipeColumn` give
     // the visible columns of the remark and the pipeline information in the present
     // layout (-1 when it has none); the pipeline cells are searched by their paths.
-    SysCodeFindBar(
-        QWidget& dialog, CTreeListCtrl& grid, std::function<int()> remarkColumn, std::function<int()> pipeColumn);
+    SysCodeFindBar(QWidget& dialog, CTreeListCtrl& grid, std::function<int()> remarkColumn,
+        std::function<int()> pipeColumn);
 
     bool IsOpen() const;
     void Open();

@@ -522,15 +522,22 @@ void CTreeListCtrl::notifyCellChanged(HTREEITEM item, int column)
         m_model->cellChanged(item, column);
 }
 
-BOOL CTreeListCtrl::SetItemText(HTREEITEM item, const QString& text, int column)
+BOOL CTreeListCtrl::changeCell(
+    HTREEITEM item, int column, int shownColumn, const std::function<void(CTreeListItemTree&)>& change)
 {
     if (!validCell(item, column))
         return FALSE;
     std::optional<CTreeListCell> before = cellBeforeChange(item, column);
-    m_model->tree().setText(item, column, text);
+    change(m_model->tree());
     recordCellChange(item, column, std::move(before));
-    notifyCellChanged(item, column);
+    notifyCellChanged(item, shownColumn);
     return TRUE;
+}
+
+BOOL CTreeListCtrl::SetItemText(HTREEITEM item, const QString& text, int column)
+{
+    return changeCell(
+        item, column, column, [&](CTreeListItemTree& tree) { tree.setText(item, column, text); });
 }
 
 COLORREF CTreeListCtrl::GetItemColor(HTREEITEM item, int column) const
@@ -551,24 +558,14 @@ COLORREF CTreeListCtrl::GetItemBackColor(HTREEITEM item, int column) const
 
 BOOL CTreeListCtrl::SetItemColor(HTREEITEM item, COLORREF colour, int column)
 {
-    if (!validCell(item, column))
-        return FALSE;
-    std::optional<CTreeListCell> before = cellBeforeChange(item, column);
-    m_model->tree().setTextColor(item, column, colour);
-    recordCellChange(item, column, std::move(before));
-    notifyCellChanged(item, -1);
-    return TRUE;
+    return changeCell(
+        item, column, -1, [&](CTreeListItemTree& tree) { tree.setTextColor(item, column, colour); });
 }
 
 BOOL CTreeListCtrl::SetItemBackColor(HTREEITEM item, COLORREF colour, int column)
 {
-    if (!validCell(item, column))
-        return FALSE;
-    std::optional<CTreeListCell> before = cellBeforeChange(item, column);
-    m_model->tree().setBackColor(item, column, colour);
-    recordCellChange(item, column, std::move(before));
-    notifyCellChanged(item, -1);
-    return TRUE;
+    return changeCell(
+        item, column, -1, [&](CTreeListItemTree& tree) { tree.setBackColor(item, column, colour); });
 }
 
 BOOL CTreeListCtrl::SetEditMode(HTREEITEM item, int mode, const QStringList& options, int column)

@@ -236,6 +236,10 @@ private:
 
     bool valid(HTREEITEM item) const;
     bool validCell(HTREEITEM item, int column) const;
+    // One recorded change to a cell: `change` writes it, the views are told of
+    // `shownColumn` (-1: the whole row).
+    BOOL changeCell(
+        HTREEITEM item, int column, int shownColumn, const std::function<void(CTreeListItemTree&)>& change);
     void notifyCellChanged(HTREEITEM item, int column);
     void syncExpanded(HTREEITEM item);
     // Hides the items `keep` answers false for (given the item and whether a child

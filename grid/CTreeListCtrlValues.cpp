@@ -4,24 +4,14 @@
 
 BOOL CTreeListCtrl::SetItemValue(HTREEITEM item, const QVariant& value, int column)
 {
-    if (!validCell(item, column))
-        return FALSE;
-    std::optional<CTreeListCell> before = cellBeforeChange(item, column);
-    m_model->tree().setValue(item, column, value);
-    recordCellChange(item, column, std::move(before));
-    notifyCellChanged(item, column);
-    return TRUE;
+    return changeCell(
+        item, column, column, [&](CTreeListItemTree& tree) { tree.setValue(item, column, value); });
 }
 
 BOOL CTreeListCtrl::SetItemValueKeepText(HTREEITEM item, const QVariant& value, int column)
 {
-    if (!validCell(item, column))
-        return FALSE;
-    std::optional<CTreeListCell> before = cellBeforeChange(item, column);
-    m_model->tree().setValue(item, column, value, true);
-    recordCellChange(item, column, std::move(before));
-    notifyCellChanged(item, column);
-    return TRUE;
+    return changeCell(
+        item, column, column, [&](CTreeListItemTree& tree) { tree.setValue(item, column, value, true); });
 }
 
 QVariant CTreeListCtrl::GetItemValue(HTREEITEM item, int column) const

@@ -356,8 +356,8 @@ bool CTreeListModel::moveRows(const QModelIndex& sourceParent, int sourceRow, in
     const std::vector<HTREEITEM> moving(
         from->children().begin() + sourceRow, from->children().begin() + sourceRow + count);
     // Each goes in front of the item that was at the destination, or last.
-    HTREEITEM before = destinationChild < int(to->children().size()) ? to->children()[size_t(destinationChild)]
-                                                                       : nullptr;
+    HTREEITEM before
+        = destinationChild < int(to->children().size()) ? to->children()[size_t(destinationChild)] : nullptr;
     if (before && std::find(moving.begin(), moving.end(), before) != moving.end())
         return from == to; // onto itself: nothing moves
     for (HTREEITEM item : moving) {

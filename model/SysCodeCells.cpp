@@ -40,7 +40,8 @@ QString SysCodeValueText(int logical, const QVariant& value)
 {
     switch (logical) {
     case kColLineWidth:
-        return value.typeId() == QMetaType::Double ? QString::asprintf("%g", value.toDouble()) : value.toString();
+        return value.typeId() == QMetaType::Double ? QString::asprintf("%g", value.toDouble())
+                                                   : value.toString();
     case kColAlpha:
         return value.typeId() == QMetaType::Int ? QString::asprintf("%d", value.toInt()) : value.toString();
     case kColPipeInfo:

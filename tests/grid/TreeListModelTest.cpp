@@ -99,4 +99,3 @@ TEST_F(TreeListModelTest, TypedCellsShowTheirValueAndReadTextsAsValues)
     EXPECT_EQ(model.index(1, 0).data(Qt::EditRole).toString(), QStringLiteral("7"));
 }
 } // namespace
-

@@ -2,8 +2,8 @@
 // unchanged, the texts shown are made from the values, texts typed into a cell read
 // back as values, and one default width per kind of specialty wherever a blank code
 // is made.
-#include "CSysCodeData.h"
 #include "SysCodeCells.h"
+#include "CSysCodeData.h"
 #include "SysCodeColumn.h"
 #include "SysCodeDefaults.h"
 #include "SysCodeEditChecks.h"
@@ -48,7 +48,8 @@ TEST(SysCodeCells, EveryAttributeComesBackFromItsColumnsValues)
 TEST(SysCodeCells, TextsShownAreMadeFromTheValues)
 {
     const CSysCodeData code = SampleCode();
-    const auto shown = [&](int logical) { return SysCodeValueText(logical, SysCodeCellValue(code, logical, true)); };
+    const auto shown
+        = [&](int logical) { return SysCodeValueText(logical, SysCodeCellValue(code, logical, true)); };
     EXPECT_EQ(shown(kColPipeInfo), QStringLiteral("SC20"));
     EXPECT_EQ(shown(kColLineWidth), QStringLiteral("0.35"));
     EXPECT_EQ(shown(kColAlpha), QStringLiteral("40"));
@@ -98,7 +99,8 @@ TEST(SysCodeDefaults, ABlankCodeIsDrawnByCharactersOpaqueAtItsSpecialtysWidth)
 
 TEST(SysCodePath, TheTwoSpellingsConvertOneToOne)
 {
-    const QString path = JoinSysCodePath(JoinSysCodePath(QString(), QStringLiteral("照明")), QStringLiteral("WL1"));
+    const QString path
+        = JoinSysCodePath(JoinSysCodePath(QString(), QStringLiteral("照明")), QStringLiteral("WL1"));
     EXPECT_EQ(path, QStringLiteral("照明\\WL1"));
     EXPECT_EQ(AmpersandSysCodePath(path), QStringLiteral("照明&WL1"));
     EXPECT_EQ(BackslashSysCodePath(AmpersandSysCodePath(path)), path);
