@@ -1,7 +1,5 @@
 #include "SysCodeColumns.h"
 
-#include "CSysCodeData.h"
-#include "SysCodeCells.h"
 #include "TreeListTypes.h"
 
 namespace {
@@ -63,15 +61,4 @@ int SysCodeVisibleColumn(int logical, bool withPipeColumns)
     if (isPipeColumn(logical))
         return -1;
     return logical < kColPipeInfo ? logical : logical - 3;
-}
-
-QStringList SysCodeCellTexts(const CSysCodeData& node, bool withPipeColumns)
-{
-    QStringList texts;
-    texts.reserve(kSysCodeColumnCount);
-    for (int logical = 0; logical < kSysCodeColumnCount; ++logical)
-        texts << (logical == kColColor
-                ? QString()
-                : SysCodeValueText(logical, SysCodeCellValue(node, logical, withPipeColumns)));
-    return texts;
 }

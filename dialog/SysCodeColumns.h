@@ -11,8 +11,6 @@
 #include <QString>
 #include <QStringList>
 
-class CSysCodeData;
-
 
 struct SysCodeColumnInfo
 {
@@ -29,6 +27,3 @@ constexpr COLORREF kSysCodeGridBkColor = RGB(214, 214, 214);
 QList<SysCodeColumnInfo> SysCodeColumnSet(bool withPipeColumns);
 // The visible position of a logical column; -1 when the layout hides it.
 int SysCodeVisibleColumn(int logical, bool withPipeColumns);
-// The text every logical column shows for a code (the colour cell's is empty: the
-// cell shows the colour itself), derived from the column's value.
-QStringList SysCodeCellTexts(const CSysCodeData& node, bool withPipeColumns);

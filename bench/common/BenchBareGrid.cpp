@@ -2,7 +2,23 @@
 
 #include "CSysCodeData.h"
 #include "CTreeListCtrl.h"
+#include "PipeInfoPath.h"
 #include "SysCodeColumns.h"
+#include "SysCodeDefaults.h"
+
+namespace {
+// The texts the dialog shows for a code, made as plainly as a bare grid would.
+QStringList CellTexts(const CSysCodeData& node)
+{
+    QStringList texts;
+    texts.reserve(kSysCodeColumnCount);
+    texts << node.GetNodeName() << QString() << PipeInfoDisplayName(node.GetAddedMsg())
+          << node.GetHorLayingMode() << node.GetVerLayingMode() << node.GetLineStyle() << node.GetLineString()
+          << QString::asprintf("%g", EffectiveSysLineWidth(node.GetLineWidth(), true))
+          << QString::asprintf("%d", node.GetAlpha()) << node.GetDescribe();
+    return texts;
+}
+} // namespace
 
 void InsertBareColumns(CTreeListCtrl& grid)
 {
@@ -13,7 +29,7 @@ void InsertBareColumns(CTreeListCtrl& grid)
 void FillBareGrid(CTreeListCtrl& grid, const CSysCodeData& node, HTREEITEM parent)
 {
     for (const CSysCodeData* child : node.GetChildren()) {
-        const QStringList texts = SysCodeCellTexts(*child, true);
+        const QStringList texts = CellTexts(*child);
         HTREEITEM row = grid.InsertItem(texts.at(0), parent);
         for (int c = 0; c < kSysCodeColumnCount; ++c) {
             if (c > 0)
