@@ -131,16 +131,13 @@ QString StoreLocation::Describe() const
         return file;
     const QString user = server.user.isEmpty() ? QString() : server.user + QLatin1Char('@');
     return QStringLiteral("postgresql://%1%2:%3/%4")
-        .arg(user, server.host)
-        .arg(server.port)
-        .arg(server.database);
+        .arg(user, server.host, QString::number(server.port), server.database);
 }
 
 QByteArray StoreLocation::EntryText() const
 {
+    // One pass: a value holding "%2" must stay as it is, not take the next value.
     return QStringLiteral("[server]\nhost=%1\nport=%2\ndatabase=%3\nuser=%4\n")
-        .arg(server.host)
-        .arg(server.port)
-        .arg(server.database, server.user)
+        .arg(server.host, QString::number(server.port), server.database, server.user)
         .toUtf8();
 }

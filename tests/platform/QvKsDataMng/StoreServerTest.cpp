@@ -404,6 +404,11 @@ TEST(StoreLocation, ServerAddressesNameHostPortDatabaseAndUserOnly)
     StoreLocation location;
     ASSERT_TRUE(StoreLocation::FromUrl(QStringLiteral("postgresql://u@h:1/d"), location, nullptr));
     EXPECT_EQ(location.EntryText(), QByteArray("[server]\nhost=h\nport=1\ndatabase=d\nuser=u\n"));
+    // A value holding what looks like a place for another value is written as it is.
+    location.server.host = QStringLiteral("db%1x%2");
+    location.server.database = QStringLiteral("d%0A");
+    EXPECT_EQ(location.EntryText(), QByteArray("[server]\nhost=db%1x%2\nport=1\ndatabase=d%0A\nuser=u\n"));
+    EXPECT_EQ(location.Describe(), QStringLiteral("postgresql://u@db%1x%2:1/d%0A"));
 }
 
 } // namespace
