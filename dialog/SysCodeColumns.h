@@ -11,7 +11,6 @@
 #include <QString>
 #include <QStringList>
 
-
 struct SysCodeColumnInfo
 {
     int logical;

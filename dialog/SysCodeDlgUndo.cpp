@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QShortcut>
 
-
 void SysCodeDlg::ConnectUndoKeys()
 {
     // Text fields (a cell's editor, the find field, the scale) keep their own undo:
@@ -36,4 +35,3 @@ bool SysCodeDlg::ReplayUndo(bool undo)
         m_tree.SelectItem(shown);
     return true;
 }
-

@@ -1,5 +1,4 @@
 // The management dialog as a user sees and drives it, on a project made for the test.
-#include "SysCodeColumn.h"
 #include "SysCodeDlg.h"
 #include "CDialogUnits.h"
 #include "CTreeListCtrl.h"
@@ -9,6 +8,7 @@
 #include "QvKsDataMng.h"
 #include "Resource.h"
 #include "ShownDialog.h"
+#include "SysCodeColumn.h"
 #include "TestProject.h"
 #include "WinMessage.h"
 #include "WinMessageBox.h"

@@ -173,8 +173,8 @@ TEST_F(SysCodeDlgUndoTest, AnImportIsOneStepBackToTheCodesBeforeIt)
     EXPECT_EQ(topNames(*dlg), QStringList({ "照明", "动力", "插座" }));
     HTREEITEM power = dlg->FindRowByFullName(QStringLiteral("动力"));
     EXPECT_EQ(GridOf(*dlg).GetItemBackColor(power, 1), 16711680u);
-    EXPECT_EQ(dlg->GetRowInfo(dlg->FindRowByFullName(QStringLiteral("照明"))),
-        QStringLiteral("电气\\配管\\SC20"));
+    EXPECT_EQ(
+        dlg->GetRowInfo(dlg->FindRowByFullName(QStringLiteral("照明"))), QStringLiteral("电气\\配管\\SC20"));
     EXPECT_FALSE(dlg->IsModified());
     redo(*dlg);
     EXPECT_EQ(topNames(*dlg), QStringList({ "照明", "动力", "插座", "消防报警" }));

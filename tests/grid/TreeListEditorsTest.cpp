@@ -5,9 +5,9 @@
 #include "CTreeListCombo.h"
 #include "CTreeListCtrl.h"
 #include "CTreeListEdit.h"
-#include "SysCodeEditChecks.h"
 #include "CTreeListEditBtn.h"
 #include "MessageBoxRecorder.h"
+#include "SysCodeEditChecks.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
