@@ -12,13 +12,6 @@ namespace {
 
 const QString kElec = QStringLiteral("电气");
 
-QStringList stored()
-{
-    CSysCodeData root;
-    EXPECT_TRUE(CISysCode::GetSpecCodeInfos(root, kElec)) << QvKsDataMng::LastError().toStdString();
-    return dumpTree(root);
-}
-
 // 照明 { WL1 { WL1-1, WL1-2 }, WL2 }, 动力 { AP1, AP2 }, 插座: indexes 1..9 in that order.
 void saveBase()
 {

@@ -25,13 +25,6 @@ void buildSample(CSysCodeData& root)
     }
 }
 
-QStringList stored(const QString& spec = kElec)
-{
-    CSysCodeData root;
-    EXPECT_TRUE(CISysCode::GetSpecCodeInfos(root, spec)) << QvKsDataMng::LastError().toStdString();
-    return dumpTree(root);
-}
-
 using CodeTreeStore = StoreEngineFixture;
 
 TEST_P(CodeTreeStore, SavedTreeReadsBackWithEveryAttributeInOrder)

@@ -15,13 +15,6 @@ namespace {
 
 const QString kElec = QStringLiteral("电气");
 
-QStringList stored()
-{
-    CSysCodeData root;
-    EXPECT_TRUE(CISysCode::GetSpecCodeInfos(root, kElec)) << QvKsDataMng::LastError().toStdString();
-    return dumpTree(root);
-}
-
 void saveTwoCodes()
 {
     CSysCodeData root;

@@ -1,6 +1,7 @@
 #pragma once
 
 // A project made for one test in a temporary folder, open while the object lives.
+#include "CISysCode.h"
 #include "CSysCodeData.h"
 #include "QvKsDataMng.h"
 
@@ -105,4 +106,12 @@ inline QStringList dumpTree(const CSysCodeData& node)
         lines += dumpTree(*c);
     }
     return lines;
+}
+
+// A specialty's codes as the store gives them now, in dumpTree's lines.
+inline QStringList stored(const QString& spec = QStringLiteral("电气"))
+{
+    CSysCodeData root;
+    EXPECT_TRUE(CISysCode::GetSpecCodeInfos(root, spec)) << QvKsDataMng::LastError().toStdString();
+    return dumpTree(root);
 }
